@@ -2,6 +2,9 @@
 // its namesake does as far as the engine relies on it, and answers the same result codes.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
+
 #include "corvmo32_linux.h"
 #include "corvmo32_system.h"
 
@@ -93,9 +96,11 @@ constexpr MMRESULT MMSYSERR_NODRIVER = 6;
 constexpr MMRESULT MMSYSERR_NOMEM = 7;
 constexpr MMRESULT MIDIERR_UNPREPARED = 64;
 constexpr MMRESULT MIDIERR_STILLPLAYING = 65;
+constexpr MMRESULT MIDIERR_NOTREADY = 67;
 constexpr DWORD CALLBACK_NULL = 0;
 constexpr DWORD MHDR_DONE = 1;
 constexpr DWORD MHDR_PREPARED = 2;
+constexpr DWORD MHDR_INQUEUE = 4;
 
 UINT midiOutGetNumDevs();
 MMRESULT midiOutOpen(HMIDIOUT* device, UINT index, DWORD_PTR callback, DWORD_PTR instance,
@@ -110,7 +115,9 @@ MMRESULT midiOutUnprepareHeader(HMIDIOUT device, MIDIHDR* header, UINT size);
 
 // ---- floating-point unit ----
 
+constexpr unsigned _PC_24 = 0x00020000;
 constexpr unsigned _PC_53 = 0x00010000;
+constexpr unsigned _PC_64 = 0x00000000;
 constexpr unsigned _MCW_PC = 0x00030000;
 
 /// Sets the precision of the old x86 floating-point unit and answers the setting in force; other
