@@ -1,6 +1,12 @@
 // Keeps ALSA from printing to the standard error stream what it does not find.
 #pragma once
 
+#include <cstdarg>
+
+// In some releases this header leaves one function outside its own extern "C".
+extern "C" {
+#include <alsa/error.h>
+}
 #include <alsa/asoundlib.h>
 
 /// For the calling thread, while it lives.
