@@ -113,6 +113,11 @@ MMRESULT midiOutPrepareHeader(HMIDIOUT device, MIDIHDR* header, UINT size);
 MMRESULT midiOutLongMsg(HMIDIOUT device, MIDIHDR* header, UINT size);
 MMRESULT midiOutUnprepareHeader(HMIDIOUT device, MIDIHDR* header, UINT size);
 
+// ---- waiting ----
+
+/// Lets other threads run for so many milliseconds of real time, 0 = just gives way.
+void Sleep(DWORD milliseconds);
+
 // ---- floating-point unit ----
 
 constexpr unsigned _PC_24 = 0x00020000;
