@@ -7,6 +7,7 @@ list(TRANSFORM corvmo_exports STRIP)
 
 if(WIN32)
     add_library(corvmo32 SHARED $<TARGET_OBJECTS:corvmo_engine> ${PROJECT_SOURCE_DIR}/engine/dll_entry.cpp)
+    target_include_directories(corvmo32 PRIVATE ${PROJECT_SOURCE_DIR})
     # Exports carry undecorated names although the functions are __stdcall; the import library still
     # offers the decorated symbols that a __stdcall declaration asks for.
     set(corvmo_implib ${PROJECT_BINARY_DIR}/libcorvmo32.dll.a)

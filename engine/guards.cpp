@@ -1,0 +1,90 @@
+// The host's lock, the busy flag and the guard of a player's long messages.
+#include "engine/guards.h"
+
+#include "engine/globals.h"
+
+namespace {
+
+constexpr DWORD kTickPatience = 2000; ///< milliseconds
+constexpr DWORD kMessagePause = 1;    ///< milliseconds; a long message takes several
+
+std::atomic<int> ticksInFlight{0};
+std::atomic<bool> longMessageUnderWay[2];
+
+} // namespace
+
+bool engineRunning() noexcept {
+    return g_engineState.load() == EngineState::Running;
+}
+
+EngineLock::EngineLock() noexcept : held_(engineRunning()) {
+    if (!held_) {
+        return;
+    }
+    EnterCriticalSection(g_lock);
+    if (!engineRunning()) {
+        LeaveCriticalSection(g_lock);
+        held_ = false;
+    }
+}
+
+EngineLock::~EngineLock() {
+    if (held_) {
+        LeaveCriticalSection(g_lock);
+    }
+}
+
+bool waitUntilIdle() noexcept {
+    while (engineRunning()) {
+        if (g_busy.load(std::memory_order_acquire) == 0) {
+            return true;
+        }
+        Sleep(0);
+    }
+    return false;
+}
+
+BusyClaim::BusyClaim(Wait wait) noexcept : held_(false) {
+    do {
+        std::uint32_t idle = 0;
+        held_ =
+            engineRunning() && g_busy.compare_exchange_strong(idle, 1, std::memory_order_acq_rel);
+    } while (!held_ && wait == Wait::Yes && waitUntilIdle());
+}
+
+BusyClaim::~BusyClaim() {
+    release();
+}
+
+void BusyClaim::release() noexcept {
+    if (held_) {
+        g_busy.store(0, std::memory_order_release);
+        held_ = false;
+    }
+}
+
+TickInFlight::TickInFlight() noexcept {
+    ticksInFlight.fetch_add(1);
+}
+
+TickInFlight::~TickInFlight() {
+    ticksInFlight.fetch_sub(1);
+}
+
+void TickInFlight::waitForAll() noexcept {
+    const DWORD start = timeGetTime();
+    while (ticksInFlight.load() != 0 && timeGetTime() - start < kTickPatience) {
+        Sleep(0);
+    }
+}
+
+LongMessageGuard::LongMessageGuard(const MIDIOUT& player) noexcept
+    : underWay_(longMessageUnderWay[&player == &MM1 ? 0 : 1]) {
+    while (underWay_.exchange(true, std::memory_order_acquire)) {
+        Sleep(kMessagePause);
+    }
+}
+
+LongMessageGuard::~LongMessageGuard() {
+    underWay_.store(false, std::memory_order_release);
+}

@@ -1,0 +1,78 @@
+// The engine's guards, always taken in this order: the host's lock, then the busy flag. None of them
+// waits for an engine that is not running: they come up empty instead, and the call does nothing.
+#pragma once
+
+#include <atomic>
+
+#include "corvmo32_records.h"
+
+/// True between a successful start-up and shut-down. Any thread.
+bool engineRunning() noexcept;
+
+/// Holds the host's lock.
+class EngineLock {
+public:
+    EngineLock() noexcept;
+    ~EngineLock();
+    EngineLock(const EngineLock&) = delete;
+    EngineLock& operator=(const EngineLock&) = delete;
+    explicit operator bool() const noexcept {
+        return held_;
+    }
+
+private:
+    bool held_;
+};
+
+/// Waits until the busy flag is clear, without claiming it; false when the engine is not running.
+bool waitUntilIdle() noexcept;
+
+/// Waits for the busy flag and holds it.
+class BusyClaim {
+public:
+    enum class Wait : bool { No, Yes };
+
+    /// Without waiting, comes up empty when the flag is set.
+    explicit BusyClaim(Wait wait = Wait::Yes) noexcept;
+    ~BusyClaim();
+    BusyClaim(const BusyClaim&) = delete;
+    BusyClaim& operator=(const BusyClaim&) = delete;
+    explicit operator bool() const noexcept {
+        return held_;
+    }
+
+    /// Gives the flag back before the end of the scope.
+    void release() noexcept;
+
+    /// Leaves the flag set for good: only shut-down does.
+    void keep() noexcept {
+        held_ = false;
+    }
+
+private:
+    bool held_;
+};
+
+/// Counts a timer callback in and out, so that shut-down can wait for those under way.
+class TickInFlight {
+public:
+    TickInFlight() noexcept;
+    ~TickInFlight();
+    TickInFlight(const TickInFlight&) = delete;
+    TickInFlight& operator=(const TickInFlight&) = delete;
+
+    /// Waits until no callback is under way, but not for ever: a host may wrongly hold its lock.
+    static void waitForAll() noexcept;
+};
+
+/// Keeps long messages of one player apart. Taken inside the other two guards or without them.
+class LongMessageGuard {
+public:
+    explicit LongMessageGuard(const MIDIOUT& player) noexcept;
+    ~LongMessageGuard();
+    LongMessageGuard(const LongMessageGuard&) = delete;
+    LongMessageGuard& operator=(const LongMessageGuard&) = delete;
+
+private:
+    std::atomic<bool>& underWay_;
+};

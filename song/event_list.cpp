@@ -1,0 +1,83 @@
+// The event list while a song is loaded: appending, growing, and settling the end.
+#include <algorithm>
+
+#include "corvmo32_errors.h"
+#include "engine/globals.h"
+#include "engine/guards.h"
+#include "engine/midi.h"
+#include "song/song.h"
+
+namespace {
+
+constexpr std::int32_t kGrowth = 4096;
+
+bool growEvents(MIDIOUT& player) noexcept {
+    const EngineLock lock;
+    const BusyClaim claim;
+    if (!claim) {
+        return false;
+    }
+    const std::int32_t capacity = player.eventCapacity + kGrowth;
+    const HGLOBAL mem =
+        GlobalReAlloc(player.eventMem, static_cast<std::size_t>(capacity) * sizeof(MMEVENT),
+                      GMEM_MOVEABLE | GMEM_ZEROINIT);
+    if (mem == nullptr) {
+        g_lastError.store(ENGINE_ERR_LOCK);
+        return false;
+    }
+    // The lock count survives the move; locking anew answers the new address.
+    player.eventMem = mem;
+    player.events = static_cast<MMEVENT*>(GlobalLock(mem));
+    GlobalUnlock(mem);
+    player.eventEnd = player.events + player.eventCount;
+    player.eventCapacity = capacity;
+    return true;
+}
+
+bool isNote(const MMEVENT& event) noexcept {
+    const int kind = event.kind & midi::kKindMask;
+    return kind == midi::kNoteOff || kind == midi::kNoteOn;
+}
+
+bool endOnBeat(MIDIOUT& player) noexcept {
+    if (player.eventCount == 0) {
+        return true;
+    }
+    const std::uint64_t last = player.events[player.eventCount - 1].time;
+    const auto division = static_cast<std::uint64_t>(player.division);
+    if (last % division == 0) {
+        return true;
+    }
+    const std::uint64_t beat = (last / division + 1) * division;
+    const auto time = static_cast<std::uint32_t>(std::min<std::uint64_t>(beat, UINT32_MAX));
+    return appendEvent(player, {midi::kNoteOff, 0, 0, 0, time});
+}
+
+void cutAfterLastNote(MIDIOUT& player) noexcept {
+    for (std::int32_t i = player.eventCount - 1; i >= 0; --i) {
+        if (isNote(player.events[i])) {
+            player.eventCount = i + 1;
+            player.eventEnd = player.events + player.eventCount;
+            return;
+        }
+    }
+}
+
+} // namespace
+
+bool appendEvent(MIDIOUT& player, const MMEVENT& event) noexcept {
+    if (player.eventCount >= player.eventCapacity && !growEvents(player)) {
+        return false;
+    }
+    *player.eventEnd++ = event;
+    ++player.eventCount;
+    return true;
+}
+
+bool settleEnd(MIDIOUT& player) noexcept {
+    if (player.endOnBeat != 0) {
+        return endOnBeat(player);
+    }
+    cutAfterLastNote(player);
+    return true;
+}
