@@ -15,15 +15,15 @@ struct Watch {
     int calls = 0;
 };
 
+constexpr TimerLimits kRealLimits = {1, 65535};
+
 struct Watches {
     std::mutex mutex;
     std::map<std::string, Watch, std::less<>> byFunction;
+    TimerLimits limits = kRealLimits;
 };
 
 std::atomic<bool> g_armed = false;
-
-constexpr TimerLimits kRealLimits = {1, 65535};
-std::atomic<TimerLimits> g_timerLimits = kRealLimits;
 
 // Never destroyed: a timer thread may still ask while the process ends.
 Watches& watches() {
@@ -53,13 +53,15 @@ void clear() {
     Watches& all = watches();
     const std::lock_guard guard(all.mutex);
     all.byFunction.clear();
+    all.limits = kRealLimits;
     g_armed.store(false, std::memory_order_relaxed);
-    g_timerLimits = kRealLimits;
 }
 
 void setTimerLimits(unsigned shortest, unsigned longest) {
     const bool real = shortest == 0 && longest == 0;
-    g_timerLimits = real ? kRealLimits : TimerLimits{shortest, longest};
+    Watches& all = watches();
+    const std::lock_guard guard(all.mutex);
+    all.limits = real ? kRealLimits : TimerLimits{shortest, longest};
 }
 
 bool fails(std::string_view function) {
@@ -80,5 +82,7 @@ bool fails(std::string_view function) {
 } // namespace faults
 
 TimerLimits timerLimits() {
-    return g_timerLimits;
+    Watches& all = watches();
+    const std::lock_guard guard(all.mutex);
+    return all.limits;
 }
