@@ -72,7 +72,7 @@ private:
         pthread_setname_np(pthread_self(), "corvmo timer");
         raisePriority();
         const std::chrono::milliseconds period(m_settings.period);
-        auto due = SteadyClock::now() + period;
+        auto due = m_start + period;
         bool goesOn = true;
         while (goesOn && waitFor(due)) {
             m_settings.call();
@@ -94,6 +94,7 @@ private:
     }
 
     const TimerSettings m_settings;
+    const SteadyClock::time_point m_start = SteadyClock::now();
     PriorityMutex m_mutex;
     Condition m_changed;
     bool m_stopping = false;
