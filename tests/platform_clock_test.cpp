@@ -3,6 +3,7 @@
 
 #include <condition_variable>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <thread>
 #include <utility>
@@ -15,20 +16,25 @@ namespace {
 
 constexpr std::chrono::seconds kWatchdog{30};
 
-// A timer that calls a function with the number of the callback, counted from 1.
+// A timer that calls a function with the number of the callback, counted from 1. A killed timer's last
+// callback may still be about to begin, so what it finds lives on to the end of the program.
 class TestTimer {
 public:
     explicit TestTimer(UINT period, std::function<void(TestTimer&, int)> work = nullptr,
                        UINT flags = TIME_PERIODIC)
-        : m_work(std::move(work)) {
-        const std::lock_guard guard(m_mutex);
-        m_id = timeSetEvent(period, period, &TestTimer::callback, reinterpret_cast<DWORD_PTR>(this),
-                            flags);
+        : m_state(newState()) {
+        const std::lock_guard guard(m_state.mutex);
+        m_state.timer = this;
+        m_state.work = std::move(work);
+        m_state.id = timeSetEvent(period, period, &TestTimer::run,
+                                  reinterpret_cast<DWORD_PTR>(&m_state), flags);
     }
     ~TestTimer() {
         kill();
-        std::unique_lock lock(m_mutex);
-        m_changed.wait(lock, [this] { return !m_inside; });
+        std::unique_lock lock(m_state.mutex);
+        m_state.changed.wait(lock, [this] { return !m_state.inside; });
+        m_state.timer = nullptr;
+        m_state.work = nullptr;
     }
     TestTimer(const TestTimer&) = delete;
     TestTimer& operator=(const TestTimer&) = delete;
@@ -37,44 +43,56 @@ public:
         return timeKillEvent(id());
     }
     UINT id() {
-        const std::lock_guard guard(m_mutex);
-        return m_id;
+        const std::lock_guard guard(m_state.mutex);
+        return m_state.id;
     }
     int count() {
-        const std::lock_guard guard(m_mutex);
-        return m_count;
+        const std::lock_guard guard(m_state.mutex);
+        return m_state.count;
     }
     bool waitForCount(int count) {
-        std::unique_lock lock(m_mutex);
-        return m_changed.wait_for(lock, kWatchdog, [&] { return m_count >= count; });
+        std::unique_lock lock(m_state.mutex);
+        return m_state.changed.wait_for(lock, kWatchdog, [&] { return m_state.count >= count; });
     }
 
 private:
-    static void callback(UINT id, UINT, DWORD_PTR user, DWORD_PTR, DWORD_PTR) {
-        auto& timer = *reinterpret_cast<TestTimer*>(user);
-        timer.run(id);
-    }
-    void run(UINT id) {
-        std::unique_lock lock(m_mutex);
-        EXPECT_EQ(id, m_id);
-        m_inside = true;
-        const int number = m_count + 1;
-        lock.unlock();
-        if (m_work) {
-            m_work(*this, number);
-        }
-        lock.lock();
-        m_count = number;
-        m_inside = false;
-        m_changed.notify_all();
+    struct State {
+        std::mutex mutex;
+        std::condition_variable changed;
+        TestTimer* timer = nullptr;
+        std::function<void(TestTimer&, int)> work;
+        UINT id = 0;
+        int count = 0;
+        bool inside = false;
+    };
+
+    static State& newState() {
+        static std::mutex s_mutex;
+        static auto& s_states = *new std::vector<std::unique_ptr<State>>;
+        const std::lock_guard guard(s_mutex);
+        return *s_states.emplace_back(std::make_unique<State>());
     }
 
-    std::function<void(TestTimer&, int)> m_work;
-    std::mutex m_mutex;
-    std::condition_variable m_changed;
-    UINT m_id = 0;
-    int m_count = 0;
-    bool m_inside = false;
+    static void run(UINT id, UINT, DWORD_PTR user, DWORD_PTR, DWORD_PTR) {
+        State& state = *reinterpret_cast<State*>(user);
+        std::unique_lock lock(state.mutex);
+        EXPECT_EQ(id, state.id);
+        if (state.timer == nullptr) {
+            return;
+        }
+        state.inside = true;
+        const int number = state.count + 1;
+        lock.unlock();
+        if (state.work) {
+            state.work(*state.timer, number);
+        }
+        lock.lock();
+        state.count = number;
+        state.inside = false;
+        state.changed.notify_all();
+    }
+
+    State& m_state;
 };
 
 class Gate {
