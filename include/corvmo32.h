@@ -22,7 +22,8 @@
  * THREADS
  *   One periodic timer, on a thread of the system's, plays both players. Every call below may be made
  *   from any thread of the host unless it says otherwise, but two calls that open, close, or prepare
- *   the same player must not overlap, and mm_InitEngine and mm_EndEngine must not overlap anything.
+ *   the same player must not overlap, two that open must not overlap even on different players, and
+ *   mm_InitEngine and mm_EndEngine must not overlap anything.
  *   Two guards keep the calls and the timer apart, always taken in this order: the host's lock
  *   (MMINIT.lock), which the timer holds for its whole run, and the engine's busy flag. "Guards" below
  *   says what a call takes:

@@ -11,6 +11,21 @@ namespace {
 
 constexpr std::int32_t kGrowth = 4096;
 
+bool failGrowth() noexcept {
+    g_lastError.store(ENGINE_ERR_LOCK);
+    return false;
+}
+
+/// A buffer without an address can neither be read nor, later, be given back.
+void dropEvents(MIDIOUT& player) noexcept {
+    GlobalUnlock(player.eventMem);
+    GlobalFree(player.eventMem);
+    player.eventMem = nullptr;
+    player.events = nullptr;
+    player.eventEnd = nullptr;
+    player.eventCount = 0;
+}
+
 bool growEvents(MIDIOUT& player) noexcept {
     const EngineLock lock;
     const BusyClaim claim;
@@ -22,12 +37,15 @@ bool growEvents(MIDIOUT& player) noexcept {
         GlobalReAlloc(player.eventMem, static_cast<std::size_t>(capacity) * sizeof(MMEVENT),
                       GMEM_MOVEABLE | GMEM_ZEROINIT);
     if (mem == nullptr) {
-        g_lastError.store(ENGINE_ERR_LOCK);
-        return false;
+        return failGrowth();
     }
-    // The lock count survives the move; locking anew answers the new address.
     player.eventMem = mem;
     player.events = static_cast<MMEVENT*>(GlobalLock(mem));
+    if (player.events == nullptr) {
+        dropEvents(player);
+        return failGrowth();
+    }
+    // The lock count survives the move; locking anew was for the new address alone.
     GlobalUnlock(mem);
     player.eventEnd = player.events + player.eventCount;
     player.eventCapacity = capacity;

@@ -76,6 +76,8 @@ bool mergeLyric(MMLYRIC& last, std::uint32_t time, std::string_view text) noexce
         return false;
     }
     const std::size_t used = strnlen(last.text, kMaxLyric);
+    // A text may hold a zero byte; what stood behind it must not reappear.
+    std::memset(last.text + used, 0, sizeof last.text - used);
     std::memcpy(last.text + used, text.data(), std::min(text.size(), kMaxLyric - used));
     return true;
 }

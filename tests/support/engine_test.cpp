@@ -32,6 +32,7 @@ EngineTest::~EngineTest() {
         machine::tearDown();
     }
     DeleteCriticalSection(&lock);
+    removeWrittenFiles();
 }
 
 std::int16_t EngineTest::tryStart() {

@@ -1,7 +1,8 @@
 // Builds Standard MIDI Files for tests.
 #include "tests/support/song_builder.h"
 
-#include <atomic>
+#include <chrono>
+#include <filesystem>
 #include <fstream>
 #include <stdexcept>
 
@@ -18,6 +19,8 @@ void appendNumber(Bytes& bytes, std::uint32_t value, int width) {
 void appendText(Bytes& bytes, std::string_view text) {
     bytes.insert(bytes.end(), text.begin(), text.end());
 }
+
+std::vector<std::string> written;
 
 } // namespace
 
@@ -158,15 +161,25 @@ std::string SongBuilder::write() const {
 }
 
 std::string writeFile(const Bytes& bytes) {
-    static std::atomic<int> number{0};
+    // Several builds may run the same test at the same time.
+    static const auto run = std::chrono::system_clock::now().time_since_epoch().count();
     std::string name = ::testing::TempDir() + "corvmo_" +
                        ::testing::UnitTest::GetInstance()->current_test_info()->name() + "_" +
-                       std::to_string(number++) + ".mid";
+                       std::to_string(run) + "_" + std::to_string(written.size()) + ".mid";
     std::ofstream file(name, std::ios::binary);
     file.write(reinterpret_cast<const char*>(bytes.data()),
                static_cast<std::streamsize>(bytes.size()));
+    written.push_back(name);
     if (!file) {
         throw std::runtime_error("cannot write " + name);
     }
     return name;
+}
+
+void removeWrittenFiles() {
+    for (const std::string& name : written) {
+        std::error_code ignored;
+        std::filesystem::remove(name, ignored);
+    }
+    written.clear();
 }

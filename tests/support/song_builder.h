@@ -71,8 +71,9 @@ private:
     std::deque<TrackBuilder> tracks_;
 };
 
-/// Writes any bytes to a file of their own and answers its name.
+/// Writes any bytes to a file of their own and answers its name; the fixture removes it.
 std::string writeFile(const Bytes& bytes);
+void removeWrittenFiles();
 
 /// A variable-length number.
 Bytes variableLength(std::uint32_t value);
