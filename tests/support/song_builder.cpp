@@ -1,6 +1,7 @@
 // Builds Standard MIDI Files for tests.
 #include "tests/support/song_builder.h"
 
+#include <algorithm>
 #include <chrono>
 #include <filesystem>
 #include <fstream>
@@ -163,9 +164,11 @@ std::string SongBuilder::write() const {
 std::string writeFile(const Bytes& bytes) {
     // Several builds may run the same test at the same time.
     static const auto run = std::chrono::system_clock::now().time_since_epoch().count();
-    std::string name = ::testing::TempDir() + "corvmo_" +
-                       ::testing::UnitTest::GetInstance()->current_test_info()->name() + "_" +
-                       std::to_string(run) + "_" + std::to_string(written.size()) + ".mid";
+    std::string test = ::testing::UnitTest::GetInstance()->current_test_info()->name();
+    // Tests with parameters have a slash in their names.
+    std::replace(test.begin(), test.end(), '/', '_');
+    std::string name = ::testing::TempDir() + "corvmo_" + test + "_" + std::to_string(run) + "_" +
+                       std::to_string(written.size()) + ".mid";
     std::ofstream file(name, std::ios::binary);
     file.write(reinterpret_cast<const char*>(bytes.data()),
                static_cast<std::streamsize>(bytes.size()));
