@@ -1,0 +1,144 @@
+// Real songs: those of the project and those in the folder that CORVMO_SONG_DIR names. Each must load with
+// the events that an independent reader finds in it.
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "tests/support/engine_test.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr int kMaxDivision = 960;
+
+/// Counts what belongs into the event list. Throws std::out_of_range on a file that is cut off.
+class Reader {
+public:
+    explicit Reader(Bytes file) : file_(std::move(file)) {}
+
+    void readSong() {
+        at_ = 10;
+        const unsigned tracks = number(2);
+        division = number(2);
+        for (unsigned i = 0; i < tracks; ++i) {
+            at_ += 4;
+            const std::size_t length = number(4);
+            readTrack(at_ + length);
+        }
+    }
+
+    unsigned division = 0;
+    int events = 0;
+    std::uint32_t lastTime = 0;
+
+private:
+    unsigned number(int bytes) {
+        unsigned value = 0;
+        while (bytes-- > 0) {
+            value = value * 256 + file_.at(at_++);
+        }
+        return value;
+    }
+
+    unsigned variable() {
+        unsigned value = 0;
+        for (;;) {
+            const unsigned byte = file_.at(at_++);
+            value = value * 128 + byte % 128;
+            if (byte < 128) {
+                return value;
+            }
+        }
+    }
+
+    void count(std::uint32_t time) {
+        ++events;
+        lastTime = std::max(lastTime, time);
+    }
+
+    void readTrack(std::size_t end) {
+        std::uint32_t time = 0;
+        unsigned running = 0;
+        while (at_ < end) {
+            time += variable();
+            const unsigned status = file_.at(at_) < 128 ? running : file_.at(at_++);
+            if (status == 0xFF) {
+                const unsigned type = number(1);
+                const unsigned length = variable();
+                if ((type == 0x51 && length >= 3) ||
+                    (type == 0x58 && length >= 2 && file_.at(at_ + 1) < 8)) {
+                    count(time);
+                }
+                at_ += length;
+            } else if (status == 0xF0 || status == 0xF7) {
+                at_ += variable();
+                count(time);
+            } else {
+                running = status;
+                at_ += status / 16 == 0xC || status / 16 == 0xD ? 1 : 2;
+                count(time);
+            }
+        }
+        at_ = end;
+    }
+
+    Bytes file_;
+    std::size_t at_ = 0;
+};
+
+std::vector<fs::path> songsBelow(const fs::path& folder) {
+    std::vector<fs::path> songs;
+    for (const auto& entry : fs::recursive_directory_iterator(folder)) {
+        const fs::path extension = entry.path().extension();
+        if (extension == ".mid" || extension == ".kar") {
+            songs.push_back(entry.path());
+        }
+    }
+    std::sort(songs.begin(), songs.end());
+    return songs;
+}
+
+Bytes contents(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+} // namespace
+
+class SongFiles : public EngineTest {
+protected:
+    void expectLoads(const fs::path& path) {
+        SCOPED_TRACE(path.string());
+        Reader reader(contents(path));
+        ASSERT_NO_THROW(reader.readSong());
+        g_lastError.store(0);
+        const std::int16_t opened = mm_Open(mm1, path.string().c_str(), 0, 0, 1, nullptr);
+        if (reader.division > kMaxDivision) {
+            EXPECT_EQ(opened, 0);
+            EXPECT_EQ(mm_GetLastError(), ENGINE_ERR_FILE);
+            return;
+        }
+        ASSERT_EQ(opened, 1) << "error " << mm_GetLastError();
+        const int endNote = reader.lastTime % reader.division == 0 ? 0 : 1;
+        EXPECT_EQ(mm_GetNumEvents(mm1), reader.events + endNote);
+        for (std::int32_t i = 1; i < MM1.eventCount; ++i) {
+            ASSERT_LE(MM1.events[i - 1].time, MM1.events[i].time) << "event " << i;
+        }
+    }
+};
+
+TEST_F(SongFiles, Every_song_loads_with_all_its_events_in_time_order) {
+    start();
+    std::vector<fs::path> songs = songsBelow(fs::path(CORVMO_SOURCE_DIR) / "songs");
+    EXPECT_FALSE(songs.empty());
+    if (const char* const folder = std::getenv("CORVMO_SONG_DIR")) {
+        const std::vector<fs::path> more = songsBelow(folder);
+        EXPECT_FALSE(more.empty()) << folder;
+        songs.insert(songs.end(), more.begin(), more.end());
+    }
+    for (const fs::path& song : songs) {
+        expectLoads(song);
+    }
+}
