@@ -1,0 +1,66 @@
+// karaoke: plays MIDI songs on the terminal and shows their words and chords.
+#include <clocale>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <langinfo.h>
+
+#include "karaoke/command_line.h"
+#include "karaoke/commands.h"
+#include "karaoke/option_values.h"
+#include "shared/error_texts.h"
+
+namespace {
+
+enum ExitCode { kDone = 0, kFailed = 1, kUsage = 2 };
+
+/// Widths of characters are the locale's; the program itself always writes UTF-8.
+void useUtf8Characters() {
+    std::setlocale(LC_CTYPE, "");
+    if (std::strcmp(nl_langinfo(CODESET), "UTF-8") != 0) {
+        std::setlocale(LC_CTYPE, "C.UTF-8");
+    }
+}
+
+struct Runner {
+    int operator()(const karaoke::NoCommand&) const {
+        return kDone;
+    }
+    int operator()(const karaoke::PlayOptions& options) const {
+        return karaoke::runPlay(options);
+    }
+    int operator()(const karaoke::LyricsCommand& command) const {
+        return karaoke::runLyrics(command.options);
+    }
+    int operator()(const karaoke::InfoCommand& command) const {
+        return karaoke::runInfo(command.options);
+    }
+    int operator()(const karaoke::DevicesCommand&) const {
+        return karaoke::runDevices();
+    }
+};
+
+int run(int argumentCount, char** arguments) {
+    try {
+        return std::visit(Runner{}, karaoke::parseCommandLine(argumentCount, arguments));
+    } catch (const karaoke::UsageError& error) {
+        std::fprintf(stderr, "karaoke: %s (see 'karaoke --help')\n", error.what());
+        return kUsage;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "karaoke: %s\n", error.what());
+        return kFailed;
+    }
+}
+
+} // namespace
+
+int main(int argumentCount, char** arguments) {
+    useUtf8Characters();
+    // A reader that goes away must not leave notes sounding: writing fails instead.
+    std::signal(SIGPIPE, SIG_IGN);
+    const int code = run(argumentCount, arguments);
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+        return code == kDone ? kFailed : code;
+    }
+    return code;
+}

@@ -1,0 +1,42 @@
+// The MIDI log: every message that outputs receive, as lines of text.
+#pragma once
+
+#include <cstdio>
+#include <mutex>
+#include <string>
+
+#include "corvmo32_linux.h"
+
+namespace karaoke {
+
+/// Records while it lives. Messages are gathered in memory on whatever thread sends, since a disk must not
+/// hold up the music; write() puts them into the file.
+class MidiLog {
+public:
+    /// Times count from this moment of the engine's clock, which must have been chosen before.
+    /// @throws host::HostError  when the file cannot be made
+    explicit MidiLog(const std::string& path);
+    ~MidiLog();
+    MidiLog(const MidiLog&) = delete;
+    MidiLog& operator=(const MidiLog&) = delete;
+
+    /// Writes what was gathered. Any thread.
+    /// @throws host::HostError  when the file takes no more
+    void write();
+
+private:
+    static void take(void* user, const corvmo_sent* message);
+    void append(const corvmo_sent& message);
+
+    std::string m_path;
+    std::FILE* m_file;
+    std::uint64_t m_start;
+    std::mutex m_textMutex;
+    std::mutex m_fileMutex;
+    std::string m_text;
+};
+
+/// One line of the log, without its end: "SECONDS.MICROS OUTPUT HEX HEX ..."
+std::string logLine(std::uint64_t microseconds, const corvmo_sent& message);
+
+} // namespace karaoke

@@ -1,0 +1,96 @@
+// Signals that end or suspend the program.
+#include "karaoke/stop_signals.h"
+
+#include <signal.h>
+#include <unistd.h>
+
+#include <chrono>
+
+namespace karaoke {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto kTimeToNotice = 300ms;
+constexpr auto kTimeToClose = 2s;
+constexpr int kSignalExitBase = 128;
+constexpr int kEndOfWatch = SIGUSR1; ///< sent by the destructor to the watching thread
+
+sigset_t watchedSignals() {
+    sigset_t signals;
+    sigemptyset(&signals);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGTSTP, kEndOfWatch}) {
+        sigaddset(&signals, signal);
+    }
+    return signals;
+}
+
+} // namespace
+
+StopSignals::StopSignals() {
+    const sigset_t signals = watchedSignals();
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    m_thread = std::thread([this] { watch(); });
+}
+
+StopSignals::~StopSignals() {
+    {
+        const std::lock_guard guard(m_mutex);
+        m_closed = true;
+    }
+    m_changed.notify_all();
+    pthread_kill(m_thread.native_handle(), kEndOfWatch);
+    m_thread.join();
+}
+
+int StopSignals::exitCode(int signal) {
+    return kSignalExitBase + signal;
+}
+
+void StopSignals::acknowledge() {
+    {
+        const std::lock_guard guard(m_mutex);
+        m_acknowledged = true;
+    }
+    m_changed.notify_all();
+}
+
+void StopSignals::setLastResort(std::function<void()> action) {
+    const std::lock_guard guard(m_mutex);
+    m_lastResort = std::move(action);
+}
+
+void StopSignals::watch() {
+    const sigset_t signals = watchedSignals();
+    for (;;) {
+        int signal = 0;
+        sigwait(&signals, &signal);
+        if (signal == kEndOfWatch) {
+            return;
+        }
+        if (signal == SIGTSTP) {
+            m_suspend = true;
+            continue;
+        }
+        m_received = signal;
+        endUnlessClosed(signal);
+    }
+}
+
+void StopSignals::endUnlessClosed(int signal) {
+    std::unique_lock lock(m_mutex);
+    m_changed.wait_for(lock, kTimeToNotice, [this] { return m_acknowledged || m_closed; });
+    if (m_acknowledged && !m_closed) {
+        m_changed.wait_for(lock, kTimeToClose, [this] { return m_closed; });
+    }
+    if (m_closed) {
+        return;
+    }
+    if (m_lastResort) {
+        m_lastResort();
+    }
+    ::_exit(exitCode(signal));
+}
+
+} // namespace karaoke

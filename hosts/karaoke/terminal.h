@@ -1,0 +1,43 @@
+// The terminal that the program runs in.
+#pragma once
+
+#include <termios.h>
+
+#include <atomic>
+#include <string>
+
+namespace karaoke {
+
+struct TerminalSize {
+    int columns;
+    int rows;
+};
+
+/// Standard output as a terminal: while it is taken, the cursor is hidden, long lines are cut instead of
+/// wrapped, and typed keys are not echoed.
+class Terminal {
+public:
+    /// Whether standard output is a terminal that understands escape sequences.
+    static bool usable();
+
+    Terminal() = default;
+    ~Terminal();
+    Terminal(const Terminal&) = delete;
+    Terminal& operator=(const Terminal&) = delete;
+
+    TerminalSize size() const;
+    void take();
+    /// Gives the terminal back as it was. Any thread; the second call does nothing.
+    void giveBack();
+    /// @throws host::HostError  when the terminal is gone
+    void write(const std::string& text);
+
+private:
+    void stopEcho();
+
+    std::atomic<bool> m_taken = false;
+    bool m_echoStopped = false;
+    termios m_before{};
+};
+
+} // namespace karaoke

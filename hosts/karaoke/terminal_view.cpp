@@ -1,0 +1,206 @@
+// The view for terminals.
+#include "karaoke/terminal_view.h"
+
+#include <algorithm>
+
+#include "karaoke/text_width.h"
+#include "karaoke/wrapped_lines.h"
+#include "shared/time_text.h"
+
+namespace karaoke {
+
+namespace {
+
+constexpr const char* kPlain = "\x1b[0m";
+constexpr const char* kBold = "\x1b[1m";
+constexpr const char* kFaint = "\x1b[2m";
+constexpr const char* kSung = "\x1b[1;33m";
+constexpr const char* kChord = "\x1b[36m";
+constexpr const char* kChordNow = "\x1b[1;36m";
+constexpr const char* kEraseToLineEnd = "\x1b[K";
+constexpr const char* kEraseToScreenEnd = "\x1b[J";
+constexpr int kChordGap = 1; ///< columns between two chord names
+
+std::string styled(const char* style, const std::string& text) {
+    return text.empty() ? text : style + text + kPlain;
+}
+
+/// Column of each syllable of a line, and of the line's end.
+std::vector<int> syllableColumns(const host::Line& line) {
+    std::vector<int> columns = {0};
+    for (const host::Syllable& syllable : line.syllables) {
+        columns.push_back(columns.back() + columnsOf(syllable.text));
+    }
+    return columns;
+}
+
+/// A chord over a new word stands over the word, not over the space that leads to it.
+int chordColumn(const host::Line& line, const host::Chord& chord, const std::vector<int>& columns) {
+    const std::size_t syllable = std::min(chord.syllable, line.syllables.size());
+    const bool space = syllable < line.syllables.size() && syllable > 0 &&
+                       line.syllables[syllable].text.starts_with(' ');
+    return columns[syllable] + (space ? 1 : 0);
+}
+
+} // namespace
+
+void TerminalView::begin(const host::Song& song) {
+    m_song = &song;
+    m_tick = 0;
+    m_drawn.clear();
+    m_follower.reset();
+    m_terminal.take();
+    fitTo(m_terminal.size());
+    const std::string separator = song.subtitle.empty() ? "" : " - ";
+    const std::string title = fitted(song.title + separator + song.subtitle, m_size.columns - 1);
+    m_terminal.write(styled(kBold, title) + "\r\n");
+    position(0);
+}
+
+void TerminalView::fitTo(const TerminalSize& size) {
+    const int lyric = m_follower ? m_follower->lastLyric() : -1;
+    const int chord = m_follower ? m_follower->lastChord() : -1;
+    m_size = size;
+    m_follower.reset();
+    m_lines = wrapLines(m_song->lines, std::max(size.columns - 1, 1));
+    m_follower.emplace(m_lines, m_song->timeline);
+    m_follower->lyric(lyric);
+    m_follower->chord(chord);
+}
+
+void TerminalView::lyric(int index) {
+    m_follower->lyric(index);
+}
+
+void TerminalView::chord(int index) {
+    m_follower->chord(index);
+}
+
+TerminalView::Row TerminalView::chordRow(const host::Line& line) const {
+    const std::vector<int> columns = syllableColumns(line);
+    const int width = m_size.columns - 1;
+    Row row;
+    for (const host::Chord& chord : line.chords) {
+        const int earliest = row.columns == 0 ? 0 : row.columns + kChordGap;
+        const int column = std::max(chordColumn(line, chord, columns), earliest);
+        const int length = columnsOf(chord.name);
+        if (column + length > width) {
+            break;
+        }
+        const bool now = chord.index == m_follower->lastChord();
+        row.text += std::string(static_cast<std::size_t>(column - row.columns), ' ');
+        row.text += styled(now ? kChordNow : kChord, chord.name);
+        row.columns = column + length;
+    }
+    return row;
+}
+
+TerminalView::Row TerminalView::wordRow(const host::Line& line) const {
+    std::string sung;
+    std::string coming;
+    for (const host::Syllable& syllable : line.syllables) {
+        (m_follower->sung(syllable) ? sung : coming) += syllable.text;
+    }
+    const int width = m_size.columns - 1;
+    sung = fitted(sung, width);
+    coming = fitted(coming, width - columnsOf(sung));
+    return {styled(kSung, sung) + coming, columnsOf(sung) + columnsOf(coming)};
+}
+
+TerminalView::Row TerminalView::nextRow(const host::Line& line) const {
+    std::string text = line.words();
+    if (line.syllables.empty()) {
+        for (const host::Chord& chord : line.chords) {
+            text += (text.empty() ? "" : "  ") + chord.name;
+        }
+    }
+    text = fitted(text, m_size.columns - 1);
+    return {styled(kFaint, text), columnsOf(text)};
+}
+
+TerminalView::Row TerminalView::statusRow(std::uint32_t tick) const {
+    const host::BarPosition place = m_song->bars.at(tick);
+    const std::string text =
+        fitted(host::timeInSeconds(m_song->timeline.secondsAt(tick)) + " / " +
+                   host::timeInSeconds(m_song->seconds()) + "   bar " + std::to_string(place.bar) +
+                   ":" + std::to_string(place.beat),
+               m_size.columns - 1);
+    return {styled(kFaint, text), columnsOf(text)};
+}
+
+std::vector<TerminalView::Row> TerminalView::compose(std::uint32_t tick) const {
+    std::vector<Row> rows;
+    if (!m_lines.empty()) {
+        const std::size_t current = m_follower->lineAt(tick);
+        if (m_song->chordCount() > 0) {
+            rows.push_back(chordRow(m_lines[current]));
+        }
+        rows.push_back(wordRow(m_lines[current]));
+        rows.push_back(current + 1 < m_lines.size() ? nextRow(m_lines[current + 1]) : Row{});
+    }
+    rows.push_back(statusRow(tick));
+    // A screen with too few rows loses the last ones.
+    rows.resize(std::min(rows.size(), static_cast<std::size_t>(std::max(m_size.rows - 1, 1))));
+    return rows;
+}
+
+std::string TerminalView::toFirstRow() const {
+    if (m_drawn.empty()) {
+        return "\r";
+    }
+    // A terminal that has become narrower has wrapped the rows that were drawn.
+    int rows = -1;
+    for (const Row& row : m_drawn) {
+        rows += std::max((row.columns + m_size.columns - 1) / m_size.columns, 1);
+    }
+    return rows == 0 ? "\r" : "\r\x1b[" + std::to_string(rows) + "A";
+}
+
+void TerminalView::draw(const std::vector<Row>& rows) {
+    std::string frame = toFirstRow();
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        frame += (i == 0 ? "" : "\r\n") + rows[i].text + kEraseToLineEnd;
+    }
+    m_terminal.write(frame + kEraseToScreenEnd);
+    m_drawn = rows;
+}
+
+void TerminalView::position(std::uint32_t tick) {
+    m_tick = tick;
+    const TerminalSize size = m_terminal.size();
+    const bool resized = size.columns != m_size.columns || size.rows != m_size.rows;
+    if (resized) {
+        fitTo(size);
+    }
+    const std::vector<Row> rows = compose(tick);
+    const bool same =
+        std::equal(rows.begin(), rows.end(), m_drawn.begin(), m_drawn.end(),
+                   [](const Row& left, const Row& right) { return left.text == right.text; });
+    if (!same || resized) {
+        draw(rows);
+    }
+}
+
+void TerminalView::finish(bool toItsEnd) {
+    static_cast<void>(toItsEnd);
+    m_terminal.write(toFirstRow() + kEraseToScreenEnd);
+    m_drawn.clear();
+    m_terminal.giveBack();
+}
+
+void TerminalView::suspend() {
+    m_terminal.write("\r\n");
+    m_drawn.clear();
+    m_terminal.giveBack();
+}
+
+void TerminalView::resume() {
+    m_terminal.take();
+    position(m_tick);
+}
+
+void TerminalView::abandon() {
+    m_terminal.giveBack();
+}
+
+} // namespace karaoke

@@ -1,0 +1,65 @@
+// From song ticks to seconds.
+#include "shared/timeline.h"
+
+#include <algorithm>
+
+#include "shared/song_events.h"
+
+namespace host {
+
+namespace {
+
+constexpr std::uint32_t kSlowestTempo = 0xFFFFFF;
+constexpr double kMicrosecondsPerSecond = 1e6;
+
+/// 0 when there is no such tempo.
+std::uint32_t changedTempo(std::uint32_t songTempo, float percent) {
+    const double tempo = songTempo;
+    const double changed = tempo - static_cast<double>(percent) * 0.01 * tempo;
+    if (!(changed >= 1.0)) {
+        return 0;
+    }
+    return static_cast<std::uint32_t>(std::min<double>(changed, kSlowestTempo));
+}
+
+} // namespace
+
+Timeline::Timeline(const std::vector<MMEVENT>& events, int division, float tempoPercent)
+    : m_division(std::max(division, 1)) {
+    const std::uint32_t first = changedTempo(kDefaultTempo, tempoPercent);
+    m_steps.push_back({0, first == 0 ? kDefaultTempo : first, 0});
+    for (const MMEVENT& event : events) {
+        if (event.kind == kTempoEvent) {
+            addTempo(event.time, tempoOf(event), tempoPercent);
+        }
+    }
+}
+
+void Timeline::addTempo(std::uint32_t tick, std::uint32_t songTempo, float percent) {
+    const std::uint32_t tempo = changedTempo(songTempo, percent);
+    if (tempo != 0) {
+        m_steps.push_back({tick, tempo, secondsAfter(m_steps.back(), tick)});
+    }
+}
+
+const Timeline::Step& Timeline::stepAt(std::uint32_t tick) const {
+    const auto after =
+        std::upper_bound(m_steps.begin() + 1, m_steps.end(), tick,
+                         [](std::uint32_t value, const Step& step) { return value < step.tick; });
+    return *(after - 1);
+}
+
+double Timeline::secondsAfter(const Step& step, std::uint32_t tick) const {
+    const double quarters = static_cast<double>(tick - step.tick) / m_division;
+    return step.seconds + quarters * step.tempo / kMicrosecondsPerSecond;
+}
+
+double Timeline::secondsAt(std::uint32_t tick) const {
+    return secondsAfter(stepAt(tick), tick);
+}
+
+std::uint32_t Timeline::tempoAt(std::uint32_t tick) const {
+    return stepAt(tick).tempo;
+}
+
+} // namespace host
