@@ -17,6 +17,12 @@ Record* entryOf(Record* table, std::ptrdiff_t index) noexcept {
     return table == nullptr ? nullptr : table + index;
 }
 
+/// A count that stays within the table, which may be missing.
+template <typename Record>
+std::int16_t countWithin(const Record* table, std::int16_t count, std::int16_t size) noexcept {
+    return table == nullptr ? std::int16_t{0} : std::clamp<std::int16_t>(count, 0, size);
+}
+
 } // namespace
 
 std::int32_t CORVMO_CALL mm_GetNumEvents(HMIDIOUT player) {
@@ -35,7 +41,7 @@ void CORVMO_CALL mm_SetNumLyrics(HMIDIOUT handle, std::int16_t count) {
     MIDIOUT& player = selectPlayer(handle);
     if (waitUntilIdle()) {
         storeShared<std::int16_t>(&player.lyricCount,
-                                  std::clamp<std::int16_t>(count, 0, MM_MAX_LYRICS));
+                                  countWithin(player.lyrics, count, MM_MAX_LYRICS));
     }
 }
 
@@ -51,7 +57,7 @@ void CORVMO_CALL mm_SetNumChords(HMIDIOUT handle, std::int16_t count) {
     MIDIOUT& player = selectPlayer(handle);
     if (waitUntilIdle()) {
         storeShared<std::int16_t>(&player.chordCount,
-                                  std::clamp<std::int16_t>(count, 0, MM_MAX_CHORDS));
+                                  countWithin(player.chords, count, MM_MAX_CHORDS));
     }
 }
 

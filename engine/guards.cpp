@@ -17,20 +17,20 @@ bool engineRunning() noexcept {
     return g_engineState.load() == EngineState::Running;
 }
 
-EngineLock::EngineLock() noexcept : held_(engineRunning()) {
-    if (!held_) {
+EngineLock::EngineLock() noexcept : lock_(engineRunning() ? g_lock : nullptr) {
+    if (lock_ == nullptr) {
         return;
     }
-    EnterCriticalSection(g_lock);
+    EnterCriticalSection(lock_);
     if (!engineRunning()) {
-        LeaveCriticalSection(g_lock);
-        held_ = false;
+        LeaveCriticalSection(lock_);
+        lock_ = nullptr;
     }
 }
 
 EngineLock::~EngineLock() {
-    if (held_) {
-        LeaveCriticalSection(g_lock);
+    if (lock_ != nullptr) {
+        LeaveCriticalSection(lock_);
     }
 }
 

@@ -17,11 +17,11 @@ public:
     EngineLock(const EngineLock&) = delete;
     EngineLock& operator=(const EngineLock&) = delete;
     explicit operator bool() const noexcept {
-        return held_;
+        return lock_ != nullptr;
     }
 
 private:
-    bool held_;
+    CRITICAL_SECTION* lock_; ///< the one that was entered: a later start-up may bring another
 };
 
 /// Waits until the busy flag is clear, without claiming it; false when the engine is not running.

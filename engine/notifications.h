@@ -14,6 +14,8 @@ inline bool wants(const MIDIOUT& player, std::uint32_t options) noexcept {
 
 /// Posts, never waits; a message that the window cannot take is lost.
 inline void post(UINT message, WPARAM wParam, std::uint32_t lParam) noexcept {
-    PostMessageA(g_hwndNotify.load(std::memory_order_relaxed), message, wParam,
-                 static_cast<LPARAM>(lParam));
+    // A post to no window would land in the calling thread's own queue.
+    if (const HWND window = g_hwndNotify.load(std::memory_order_relaxed)) {
+        PostMessageA(window, message, wParam, static_cast<LPARAM>(lParam));
+    }
 }

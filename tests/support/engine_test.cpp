@@ -108,6 +108,15 @@ const std::vector<Sent>& EngineTest::history() {
     return history_;
 }
 
+std::vector<std::string> sweep(int controller, int output) {
+    std::vector<std::string> lines;
+    for (int channel = 0; channel < 16; ++channel) {
+        const auto status = static_cast<std::uint8_t>(0xB0 | channel);
+        lines.push_back(toText(Sent{output, 0, {status, static_cast<std::uint8_t>(controller), 0}}));
+    }
+    return lines;
+}
+
 std::vector<std::string> eventLines(const MIDIOUT& player) {
     std::vector<std::string> lines;
     for (std::int32_t i = 0; i < player.eventCount; ++i) {

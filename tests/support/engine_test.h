@@ -67,5 +67,8 @@ private:
     bool machineReady_ = false;
 };
 
+/// A controller with value 0 on the 16 channels of an output, channel 0 first.
+std::vector<std::string> sweep(int controller, int output = 0);
+
 /// The event list of a player as readable lines: "480 90 3C 64 00".
 std::vector<std::string> eventLines(const MIDIOUT& player);

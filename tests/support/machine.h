@@ -42,6 +42,7 @@ struct OutputDouble {
     std::atomic<int> opened{0};
     std::atomic<int> closed{0};
     std::atomic<int> resets{0};
+    std::atomic<void (*)()> onMessage{nullptr}; ///< called while a message is under way
 };
 
 namespace machine {

@@ -38,11 +38,19 @@ void resetOutput(void* user) {
     ++doubleOf(user).resets;
 }
 
+void callObserver(void* user) {
+    if (void (*const observer)() = doubleOf(user).onMessage) {
+        observer();
+    }
+}
+
 MMRESULT shortMessage(void* user, std::uint32_t) {
+    callObserver(user);
     return doubleOf(user).shortResult;
 }
 
-MMRESULT longMessage(void*, const std::uint8_t*, std::uint32_t) {
+MMRESULT longMessage(void* user, const std::uint8_t*, std::uint32_t) {
+    callObserver(user);
     return MMSYSERR_NOERROR;
 }
 
