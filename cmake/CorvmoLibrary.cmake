@@ -2,7 +2,7 @@
 # what it exports.
 set(corvmo_def ${PROJECT_SOURCE_DIR}/engine/corvmo32.def)
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${corvmo_def})
-file(STRINGS ${corvmo_def} corvmo_exports REGEX "^ +[A-Za-z_]+@?[0-9]*$")
+file(STRINGS ${corvmo_def} corvmo_exports REGEX "^ +[A-Za-z0-9_]+@[0-9]+$")
 list(TRANSFORM corvmo_exports STRIP)
 
 if(WIN32)
