@@ -9,6 +9,7 @@
 #include "engine/midi.h"
 #include "engine/notifications.h"
 #include "song/song.h"
+#include "song/text_parts.h"
 
 namespace {
 
@@ -66,8 +67,8 @@ void takeTextBeforeHeader(MIDIOUT& player, std::string_view text) noexcept {
 }
 
 void takeTextAfterHeader(MIDIOUT& player, std::string_view text) noexcept {
-    if (scanning(player) && text.starts_with(kTitleMark)) {
-        takeTitleLine(player.info, text.substr(kTitleMark.size()));
+    if (scanning(player) && firstOf(text, kTitleMark.size()) == kTitleMark) {
+        takeTitleLine(player.info, afterFirst(text, kTitleMark.size()));
     }
     switch (text.front()) {
     case kHeaderMark:
@@ -78,7 +79,7 @@ void takeTextAfterHeader(MIDIOUT& player, std::string_view text) noexcept {
     case '\\':
     case '/':
         if (appendLineBreak(player, player.lyrics[player.lyricCount - 1].time)) {
-            lyric(player, text.substr(1));
+            lyric(player, afterFirst(text, 1));
         }
         return;
     default:
@@ -109,11 +110,11 @@ bool isBlank(std::string_view text) noexcept {
 }
 
 void takeLyricAtNewLine(MIDIOUT& player, std::string_view text) noexcept {
-    if (text.size() < kShortestMarkedLyric || isBlank(text.substr(1))) {
+    if (text.size() < kShortestMarkedLyric || isBlank(afterFirst(text, 1))) {
         return;
     }
     if (appendLineBreak(player, player.trackTime)) {
-        lyric(player, text.substr(1));
+        lyric(player, afterFirst(text, 1));
     }
 }
 
@@ -127,7 +128,7 @@ void takeLyric(MIDIOUT& player, std::string_view text) noexcept {
     case kLineFeed:
         return;
     case kChordMark:
-        chord(player, text.substr(1));
+        chord(player, afterFirst(text, 1));
         return;
     case '<':
     case '>':

@@ -5,6 +5,7 @@
 
 #include "engine/globals.h"
 #include "song/song.h"
+#include "song/text_parts.h"
 
 namespace {
 
@@ -85,14 +86,14 @@ bool mergeLyric(MMLYRIC& last, std::uint32_t time, std::string_view text) noexce
 /// Length of the first piece of a text that is too long for one record: to its last space that fits, or as
 /// much as fits.
 std::size_t pieceLength(std::string_view text) noexcept {
-    const std::size_t space = text.substr(0, kMaxLyric).rfind(' ');
+    const std::size_t space = firstOf(text, kMaxLyric).rfind(' ');
     return space == std::string_view::npos ? kMaxLyric : space + 1;
 }
 
 void addInPieces(MIDIOUT& player, std::string_view text) noexcept {
     while (text.size() > kMaxLyric) {
         const std::size_t length = pieceLength(text);
-        if (!addLyric(player, player.trackTime, text.substr(0, length))) {
+        if (!addLyric(player, player.trackTime, firstOf(text, length))) {
             return;
         }
         text.remove_prefix(length);
@@ -147,7 +148,7 @@ void appendChord(MIDIOUT& player, const char* text, std::int32_t length) noexcep
         return;
     }
     const std::string_view name(text, static_cast<std::size_t>(std::max(length, 0)));
-    writeRecord(player.chords[player.chordCount], player.trackTime, name.substr(0, kMaxChord));
+    writeRecord(player.chords[player.chordCount], player.trackTime, firstOf(name, kMaxChord));
     if (player.chordCount >= kManyEntries) {
         player.info.hasChords = 1;
     }
