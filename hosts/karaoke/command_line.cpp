@@ -3,6 +3,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include <sstream>
+
 #include "karaoke/option_values.h"
 
 namespace karaoke {
@@ -21,7 +23,27 @@ constexpr std::size_t kMostDrums = 10;
 constexpr const char* kEncodingHelp =
     "Encoding of the song's texts (a name that 'iconv -l' lists); guessed without it";
 
+constexpr std::size_t kHelpColumn = 26;
+constexpr std::size_t kHelpWidth = 53;
+
 using Values = std::vector<std::string>;
+
+/// A description in lines that fit beside the options' names.
+std::string folded(const std::string& text) {
+    std::istringstream words(text);
+    std::string lines;
+    std::size_t length = 0;
+    for (std::string word; words >> word; length += word.size() + 1) {
+        if (length + word.size() > kHelpWidth) {
+            lines += '\n'; // the formatter indents what follows
+            length = 0;
+        } else if (length > 0) {
+            lines += ' ';
+        }
+        lines += word;
+    }
+    return lines;
+}
 
 class CommandLine {
 public:
@@ -38,9 +60,10 @@ private:
 
     /// An option with one value, which the function checks.
     template <typename Take>
-    void addValue(CLI::App& app, const std::string& name, const char* type, const std::string& help,
-                  Take take) {
-        app.add_option_function<std::string>("--" + name, take, help)->type_name(type);
+    CLI::Option* addValue(CLI::App& app, const std::string& name, const char* type,
+                          const std::string& help, Take take) {
+        return app.add_option_function<std::string>("--" + name, take, folded(help))
+            ->type_name(type);
     }
     /// An option that may be given several times.
     template <typename Take>
@@ -53,7 +76,7 @@ private:
                        take(value);
                    }
                },
-               help)
+               folded(help))
             ->type_name(type)
             ->take_all()
             ->allow_extra_args(false);
@@ -78,6 +101,9 @@ CommandLine::CommandLine()
     m_app.set_version_flag("--version", std::string("karaoke ") + KARAOKE_VERSION,
                            "Print the version and exit");
     m_app.require_subcommand(0, 1);
+    for (CLI::App* app : {&m_app, m_play, m_lyrics, m_info, m_devices}) {
+        app->get_formatter()->column_width(kHelpColumn);
+    }
     m_app.add_flag("--list-devices", m_listDevices, "List the MIDI outputs and exit");
     m_app.footer("'karaoke COMMAND --help' tells the options of a command.");
     addPlay();
@@ -87,9 +113,10 @@ CommandLine::CommandLine()
 
 void CommandLine::addPlay() {
     CLI::App& play = *m_play;
-    play.footer("Channels are 1 to 16, programs 1 to 128, as musicians count them. Ctrl-C silences "
-                "the output and ends the program.");
-    play.add_option("FILE", m_playOptions.files, "Songs (Standard MIDI Files, .mid or .kar)");
+    play.footer("Channels are 1 to 16 and programs 1 to 128, as musicians count them.\n"
+                "Ctrl-C silences the output and ends the program.");
+    play.add_option("FILE", m_playOptions.files, "Songs (Standard MIDI Files, .mid or .kar)")
+        ->type_name("");
     play.add_flag("--list-devices", m_listDevices, "List the MIDI outputs and exit");
     addPlaySettings(play);
     addChannelSettings(play);
@@ -151,21 +178,18 @@ void CommandLine::addOutputSettings(CLI::App& play) {
     addValue(play, "reset", "gm|gs|xg|none",
              "Reset message sent before each song (without the option: gm)",
              [&](const std::string& text) { options.reset = parseReset(text); });
-    CLI::Option* audio =
-        play.add_option_function<std::string>(
-                "--audio",
-                [&](const std::string& text) { options.audioDriver = parseAudioDriver(text); },
-                "Audio output of the software synthesizer: alsa, jack, none, oss, pipewire, "
-                "portaudio, pulseaudio or sdl2; without the option whichever works")
-            ->type_name("DRIVER");
+    CLI::Option* const audio = addValue(
+        play, "audio", "DRIVER",
+        "Audio output of the software synthesizer: alsa, jack, none, oss, pipewire, portaudio, "
+        "pulseaudio or sdl2; without the option whichever works",
+        [&](const std::string& text) { options.audioDriver = parseAudioDriver(text); });
     play.add_flag_callback(
             "--silent", [&] { options.audioDriver = "none"; }, "Without sound: --audio none")
         ->excludes(audio);
     addValue(play, "soundfont", "FILE", "Sound font of the software synthesizer",
              [&](const std::string& text) { options.soundFont = parseSoundFont(text); });
-    play.add_option("--log", options.logFile,
-                    "Write every message that an output receives to this file")
-        ->type_name("FILE");
+    addValue(play, "log", "FILE", "Write every message that an output receives to this file",
+             [&](const std::string& text) { options.logFile = text; });
 }
 
 void CommandLine::addTimeSettings(CLI::App& play) {
@@ -180,12 +204,14 @@ void CommandLine::addTimeSettings(CLI::App& play) {
                  options.eventGap = parseWhole("--event-gap", text, 0, kLongestGap);
              });
     play.add_flag("--fast", options.fast,
-                  "Play as fast as the machine can, on a clock of its own; the log's times are as "
-                  "if played in time");
+                  folded("Play as fast as the machine can, on a clock of its own; the log's times "
+                         "are as if played in time"));
 }
 
 void CommandLine::addReader(CLI::App& command, ReadOptions& options) {
-    command.add_option("FILE", options.file, "Song (Standard MIDI File, .mid or .kar)")->required();
+    command.add_option("FILE", options.file, "Song (Standard MIDI File, .mid or .kar)")
+        ->required()
+        ->type_name("");
     addValue(command, "encoding", "NAME", kEncodingHelp,
              [&options](const std::string& text) { options.encoding = parseEncoding(text); });
 }

@@ -8,7 +8,7 @@
 #include "karaoke/command_line.h"
 #include "karaoke/commands.h"
 #include "karaoke/option_values.h"
-#include "shared/error_texts.h"
+#include "karaoke/output_error.h"
 
 namespace {
 
@@ -40,12 +40,25 @@ struct Runner {
     }
 };
 
+/// What is still in the buffer may not fit on a full disk.
+int flushed(int code) {
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+        throw karaoke::OutputError();
+    }
+    return code;
+}
+
 int run(int argumentCount, char** arguments) {
     try {
-        return std::visit(Runner{}, karaoke::parseCommandLine(argumentCount, arguments));
+        return flushed(std::visit(Runner{}, karaoke::parseCommandLine(argumentCount, arguments)));
     } catch (const karaoke::UsageError& error) {
         std::fprintf(stderr, "karaoke: %s (see 'karaoke --help')\n", error.what());
         return kUsage;
+    } catch (const karaoke::OutputError& error) {
+        if (!error.readerGone()) {
+            std::fprintf(stderr, "karaoke: %s\n", error.what());
+        }
+        return kFailed;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "karaoke: %s\n", error.what());
         return kFailed;
@@ -58,9 +71,5 @@ int main(int argumentCount, char** arguments) {
     useUtf8Characters();
     // A reader that goes away must not leave notes sounding: writing fails instead.
     std::signal(SIGPIPE, SIG_IGN);
-    const int code = run(argumentCount, arguments);
-    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-        return code == kDone ? kFailed : code;
-    }
-    return code;
+    return run(argumentCount, arguments);
 }

@@ -42,6 +42,7 @@ MidiLog::MidiLog(const std::string& path)
 
 MidiLog::~MidiLog() {
     corvmo_RecordOutputs(nullptr, nullptr);
+    writeIfPossible();
     std::fclose(m_file);
 }
 
@@ -66,6 +67,14 @@ void MidiLog::write() {
     const bool whole = std::fwrite(text.data(), 1, text.size(), m_file) == text.size();
     if (!whole || std::fflush(m_file) != 0) {
         throw host::HostError("--log: '" + m_path + "' cannot be written: " + std::strerror(errno));
+    }
+}
+
+void MidiLog::writeIfPossible() noexcept {
+    try {
+        write();
+    } catch (const std::exception&) {
+        // A failure that matters was reported by an earlier write.
     }
 }
 

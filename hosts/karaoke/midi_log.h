@@ -23,6 +23,8 @@ public:
     /// Writes what was gathered. Any thread.
     /// @throws host::HostError  when the file takes no more
     void write();
+    /// The same for a way out on which nothing can be reported any more.
+    void writeIfPossible() noexcept;
 
 private:
     static void take(void* user, const corvmo_sent* message);

@@ -1,12 +1,10 @@
 // The view for pipes and files.
 #include "karaoke/pipe_view.h"
 
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
 
 #include "karaoke/line_text.h"
-#include "shared/error_texts.h"
+#include "karaoke/output_error.h"
 #include "shared/time_text.h"
 
 namespace karaoke {
@@ -17,8 +15,7 @@ constexpr std::uint32_t kBarsApart = 4;
 
 void print(const std::string& line) {
     if (std::printf("%s\n", line.c_str()) < 0 || std::fflush(stdout) != 0) {
-        throw host::HostError(std::string("standard output cannot be written: ") +
-                              std::strerror(errno));
+        throw OutputError();
     }
 }
 

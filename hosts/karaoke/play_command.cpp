@@ -1,7 +1,10 @@
 // karaoke play: reads the songs, starts the engine and plays them one after the other.
+#include <chrono>
 #include <cstdio>
+#include <future>
 #include <memory>
 #include <optional>
+#include <thread>
 
 #include "corvmo32_linux.h"
 #include "karaoke/commands.h"
@@ -18,6 +21,7 @@ namespace karaoke {
 namespace {
 
 constexpr std::int16_t kResetGap = 60; ///< milliseconds that an instrument needs after a reset
+constexpr std::chrono::milliseconds kTimeForLog{300};
 
 void report(const std::exception& error) {
     std::fprintf(stderr, "karaoke: %s\n", error.what());
@@ -142,8 +146,7 @@ std::size_t PlaySession::play(const std::vector<host::Song>& songs) {
             report(error);
             ++failures;
         }
-        if (m_signals.received() != 0) {
-            m_signals.acknowledge();
+        if (m_signals.stopping()) {
             break;
         }
     }
@@ -166,7 +169,11 @@ void PlaySession::abandon(HMIDIOUT player) {
     }
     m_view->abandon();
     if (m_log) {
-        m_log->write();
+        // The file may be what holds the main thread up.
+        std::packaged_task<void()> writing([this] { m_log->writeIfPossible(); });
+        const std::future<void> written = writing.get_future();
+        std::thread(std::move(writing)).detach();
+        written.wait_for(kTimeForLog);
     }
 }
 
@@ -177,7 +184,7 @@ int runPlay(const PlayOptions& options) {
     chooseOutput(options.device, outputNames());
     const std::vector<host::Song> songs = readSongs(options);
     std::size_t failures = options.files.size() - songs.size();
-    if (!songs.empty()) {
+    if (!songs.empty() && !signals.stopping()) {
         PlaySession session(options, signals);
         failures += session.play(songs);
         session.close();

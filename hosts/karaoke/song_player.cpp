@@ -77,7 +77,7 @@ void SongPlayer::play(const host::Song& song) {
 }
 
 bool SongPlayer::stopping() const {
-    return m_setting.signals.received() != 0;
+    return m_setting.signals.stopping();
 }
 
 void SongPlayer::run() {

@@ -48,12 +48,16 @@ int StopSignals::exitCode(int signal) {
     return kSignalExitBase + signal;
 }
 
-void StopSignals::acknowledge() {
+bool StopSignals::stopping() {
+    if (m_received == 0) {
+        return false;
+    }
     {
         const std::lock_guard guard(m_mutex);
         m_acknowledged = true;
     }
     m_changed.notify_all();
+    return true;
 }
 
 void StopSignals::setLastResort(std::function<void()> action) {

@@ -23,8 +23,8 @@ public:
     int received() const {
         return m_received;
     }
-    /// The main thread has seen it and is closing; it gets more time.
-    void acknowledge();
+    /// Whether a signal asks to stop. A main thread that has asked and knows gets time to close.
+    bool stopping();
     /// Whether SIGTSTP has come since the last call.
     bool takeSuspend() {
         return m_suspend.exchange(false);

@@ -9,7 +9,7 @@
 #include <cstring>
 #include <string_view>
 
-#include "shared/error_texts.h"
+#include "karaoke/output_error.h"
 
 namespace karaoke {
 
@@ -87,8 +87,7 @@ void Terminal::giveBack() {
 
 void Terminal::write(const std::string& text) {
     if (!writeAll(text)) {
-        throw host::HostError(std::string("the terminal cannot be written: ") +
-                              std::strerror(errno));
+        throw OutputError();
     }
 }
 

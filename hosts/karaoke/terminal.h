@@ -29,7 +29,7 @@ public:
     void take();
     /// Gives the terminal back as it was. Any thread; the second call does nothing.
     void giveBack();
-    /// @throws host::HostError  when the terminal is gone
+    /// @throws OutputError  when the terminal is gone
     void write(const std::string& text);
 
 private:

@@ -129,7 +129,7 @@ TerminalView::Row TerminalView::statusRow(std::uint32_t tick) const {
 }
 
 std::vector<TerminalView::Row> TerminalView::compose(std::uint32_t tick) const {
-    std::vector<Row> rows;
+    std::vector<Row> rows = {Row{}};
     if (!m_lines.empty()) {
         const std::size_t current = m_follower->lineAt(tick);
         if (m_song->chordCount() > 0) {

@@ -52,7 +52,12 @@ bool takeQuality(std::string_view& text) {
 
 /// After a slash stands a bass note or, as in 6/9, a figure.
 bool takeBass(std::string_view& text) {
-    return take(text, "/") && (takeRoot(text) || takeDigit(text));
+    std::string_view rest = text;
+    if (!take(rest, "/") || !(takeRoot(rest) || takeDigit(rest))) {
+        return false;
+    }
+    text = rest;
+    return true;
 }
 
 } // namespace
