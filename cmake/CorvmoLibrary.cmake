@@ -6,13 +6,18 @@ file(STRINGS ${corvmo_def} corvmo_exports REGEX "^ +[A-Za-z0-9_]+@[0-9]+$")
 list(TRANSFORM corvmo_exports STRIP)
 
 if(WIN32)
-    add_library(corvmo32 SHARED $<TARGET_OBJECTS:corvmo_engine> ${PROJECT_SOURCE_DIR}/engine/dll_entry.cpp)
+    enable_language(RC)
+    set(corvmo_resource ${PROJECT_BINARY_DIR}/version.rc)
+    configure_file(${PROJECT_SOURCE_DIR}/engine/version.rc.in ${corvmo_resource} @ONLY)
+    add_library(corvmo32 SHARED $<TARGET_OBJECTS:corvmo_engine>
+        ${PROJECT_SOURCE_DIR}/engine/dll_entry.cpp ${corvmo_resource})
     target_include_directories(corvmo32 PRIVATE ${PROJECT_SOURCE_DIR})
     # Exports carry undecorated names although the functions are __stdcall; the import library still
     # offers the decorated symbols that a __stdcall declaration asks for.
     set(corvmo_implib ${PROJECT_BINARY_DIR}/libcorvmo32.dll.a)
     target_link_libraries(corvmo32 PRIVATE winmm)
-    target_link_options(corvmo32 PRIVATE ${corvmo_def} -Wl,--kill-at)
+    # Without a time stamp the same sources give the same file.
+    target_link_options(corvmo32 PRIVATE ${corvmo_def} -Wl,--kill-at -Wl,--no-insert-timestamp)
     set_target_properties(corvmo32 PROPERTIES PREFIX "" LINK_DEPENDS ${corvmo_def})
     add_custom_command(TARGET corvmo32 POST_BUILD
         COMMAND ${CMAKE_DLLTOOL} --kill-at --input-def ${corvmo_def} --dllname corvmo32.dll
@@ -41,4 +46,4 @@ local:
         LINK_DEPENDS ${corvmo_symbols})
     target_link_libraries(corvmo32 PRIVATE corvmo_platform_libraries)
 endif()
-target_link_libraries(corvmo32 PUBLIC corvmo_headers PRIVATE corvmo_compiler)
+target_link_libraries(corvmo32 PUBLIC $<BUILD_INTERFACE:corvmo_headers> PRIVATE corvmo_compiler)
