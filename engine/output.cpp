@@ -31,10 +31,8 @@ void setDefaultRoutes(MIDIOUT& player, HMIDIOUT device) noexcept {
 MMRESULT sendOn(const Route& route, std::uint8_t kind, std::uint8_t data1,
                 std::uint8_t data2) noexcept {
     const DWORD status = kind | route.channel;
-    // A broken song has data bytes that are none.
-    const DWORD first = midi::dataByte(data1);
-    const DWORD second = midi::dataByte(data2);
-    return midiOutShortMsg(route.device, status | first << 8 | second << 16);
+    return midiOutShortMsg(route.device, status | static_cast<DWORD>(data1) << 8 |
+                                             static_cast<DWORD>(data2) << 16);
 }
 
 MMRESULT sendForChannel(const MIDIOUT& player, int channel, std::uint8_t kind, std::uint8_t data1,

@@ -210,12 +210,12 @@ TEST_F(EventOutput, System_common_and_real_time_messages_of_a_song_are_not_sent)
     EXPECT_THAT(next(), ElementsAre("0: 90 3C 64"));
 }
 
-TEST_F(EventOutput, Data_bytes_of_a_broken_song_are_held_within_a_data_byte) {
+TEST_F(EventOutput, Data_bytes_of_a_broken_song_leave_as_they_stand) {
     start();
     prepare({{0x90, 200, 255}, {0xB0, 1, 128}, {0xB0, 7, 240}, {0xC0, 0xE4}, {0xE0, 0xF0, 0x80}},
             MMOPT_CHANNELS);
-    EXPECT_THAT(next(), ElementsAre("0: 90 7F 7F", "0: B0 01 7F", "0: B0 07 7F", "0: B0 00 00",
-                                    "0: B0 20 00", "0: C0 7F", "0: E0 7F 7F"));
+    EXPECT_THAT(next(), ElementsAre("0: 90 C8 FF", "0: B0 01 80", "0: B0 07 F0", "0: B0 00 00",
+                                    "0: B0 20 00", "0: C0 E4", "0: E0 F0 80"));
 }
 
 class StoredMessages : public EventOutput {
