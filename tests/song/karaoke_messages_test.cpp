@@ -1,6 +1,5 @@
 // Words and chords in system-exclusive messages, by whole lines and by controller 31.
-#include "tests/song/song_lines.h"
-#include "tests/support/engine_test.h"
+#include "tests/song/song_test.h"
 
 using ::testing::ElementsAre;
 
@@ -10,12 +9,7 @@ constexpr int kSyllable = 31;
 
 } // namespace
 
-class KaraokeMessages : public EngineTest {
-protected:
-    KaraokeMessages() {
-        start();
-    }
-};
+class KaraokeMessages : public SongTest {};
 
 TEST_F(KaraokeMessages, Lines_are_shown_one_after_the_other) {
     SongBuilder song;
@@ -29,7 +23,7 @@ TEST_F(KaraokeMessages, Lines_are_shown_one_after_the_other) {
     EXPECT_THAT(lyricLines(MM1), ElementsAre("20 \r", "100 Line A", "200 \r", "200 Line B",
                                              "400 \r", "400 Line D", "500 \r", "500 Line A"));
     EXPECT_THAT(chordLines(MM1), ElementsAre("45 \r", "150 G7", "150 ", "160 "));
-    EXPECT_THAT(markerLines(MM1), ElementsAre("10 M"));
+    EXPECT_THAT(textLines(MM1.markers, MM1.markerCount), ElementsAre("10 M"));
     EXPECT_EQ(MM1.sysexCount, 15);
     EXPECT_EQ(MM1.sysex[14].isKaraokeText, 1);
     EXPECT_EQ(mm_GetNumEvents(mm1), 17) << "the messages, the controller and the end note";

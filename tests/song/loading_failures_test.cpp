@@ -1,11 +1,10 @@
 // Files and machines that cannot give a song: every cause has its code, or leaves the last one.
-#include "tests/support/engine_test.h"
+#include "tests/song/song_test.h"
 
 using ::testing::ElementsAre;
 
 namespace {
 
-constexpr std::uint32_t kEarlierError = 77; ///< must survive where a failure has no code of its own
 constexpr int kSongBlocks = 7; ///< file, lyrics, chords, markers, store, events, tracks
 constexpr int kEventBlock = 6;
 constexpr std::size_t kFirstChunk = 14;
@@ -26,32 +25,16 @@ Bytes changed(Bytes file, std::size_t offset, const Bytes& with) {
 
 } // namespace
 
-class LoadingFailures : public EngineTest {
-protected:
-    LoadingFailures() {
-        start();
-        g_lastError.store(kEarlierError);
-    }
-
-    void expectRefused(const Bytes& file, std::uint32_t code, const std::string& what) {
-        g_lastError.store(kEarlierError);
-        EXPECT_EQ(openBytes(file), 0) << what;
-        EXPECT_EQ(mm_GetLastError(), code) << what;
-    }
-};
+class LoadingFailures : public SongTest {};
 
 TEST_F(LoadingFailures, The_header_is_refused_field_by_field) {
-    const struct {
-        std::size_t offset;
-        Bytes bytes;
-    } faults[] = {
-        {0, {'m'}},         {3, {'x'}},         {4, {0, 0, 0, 7}},  {4, {1, 0, 0, 6}},
-        {8, {0, 2}},        {8, {0xFF, 0xFF}},  {10, {0, 0}},       {10, {0, 128}},
-        {10, {0x80, 0x01}}, {12, {0x00, 0x00}}, {12, {0x03, 0xC1}}, {12, {0xE7, 0x28}},
-    };
-    for (const auto& fault : faults) {
-        expectRefused(changed(smallSong().bytes(), fault.offset, fault.bytes), ENGINE_ERR_FILE,
-                      "offset " + std::to_string(fault.offset));
+    using Fault = std::pair<std::size_t, Bytes>;
+    for (const auto& [offset, bytes] :
+         {Fault{0, {'m'}}, Fault{3, {'x'}}, Fault{4, {0, 0, 0, 7}}, Fault{4, {1, 0, 0, 6}},
+          Fault{8, {0, 2}}, Fault{8, {0xFF, 0xFF}}, Fault{10, {0, 0}}, Fault{10, {0, 128}},
+          Fault{10, {0x80, 1}}, Fault{12, {0, 0}}, Fault{12, {3, 0xC1}}, Fault{12, {0xE7, 40}}}) {
+        expectRefused(changed(smallSong().bytes(), offset, bytes), ENGINE_ERR_FILE,
+                      "offset " + std::to_string(offset));
     }
     for (const Bytes& division : {Bytes{0x03, 0xC0}, Bytes{0x00, 0x01}}) {
         EXPECT_EQ(openBytes(changed(smallSong().bytes(), 12, division)), 1);
@@ -67,11 +50,12 @@ TEST_F(LoadingFailures, The_header_is_refused_field_by_field) {
 }
 
 TEST_F(LoadingFailures, A_file_that_cannot_be_read_has_its_code) {
-    EXPECT_EQ(mm_Open(mm1, nullptr, 0, 0, 0, nullptr), 0);
-    EXPECT_EQ(mm_GetLastError(), ENGINE_ERR_FILE);
-    g_lastError.store(kEarlierError);
-    EXPECT_EQ(mm_Scan(mm1, (writeFile({}) + ".missing").c_str()), 0);
-    EXPECT_EQ(mm_GetLastError(), ENGINE_ERR_FILE);
+    const std::string missing = writeFile({}) + ".missing";
+    for (const char* const name : {static_cast<const char*>(nullptr), missing.c_str()}) {
+        g_lastError.store(kEarlierError);
+        EXPECT_EQ(mm_Scan(mm1, name), 0);
+        EXPECT_EQ(mm_GetLastError(), ENGINE_ERR_FILE);
+    }
     expectRefused({}, ENGINE_ERR_FILE, "empty");
     for (const char* const function : {"CreateFileA", "GetFileSize", "ReadFile"}) {
         machine::failCall("CloseHandle", 0);

@@ -1,49 +1,24 @@
 // Meta events: the two conventions for words, titles, markers, tempo and signatures.
-#include "tests/song/song_lines.h"
-#include "tests/support/engine_test.h"
+#include "tests/song/song_test.h"
 
 using namespace std::literals;
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
-class MetaEvents : public EngineTest {
-protected:
-    MetaEvents() {
-        start();
-    }
-};
+class MetaEvents : public SongTest {};
 
 TEST_F(MetaEvents, Texts_carry_the_words_of_a_song_with_a_header_mark) {
     SongBuilder song;
     song.track().text("\0x"sv).lyric("early").at(960).text("Am").at(1200).text("G7");
-    song.track()
-        .text("@KMIDI KARAOKE FILE")
-        .text("@V0100")
-        .at(1440)
-        .text("\\Hel")
-        .at(1460)
-        .text("lo")
-        .lyric("not a word")
-        .text("%C")
-        .text("\n")
-        .text("\0y"sv)
-        .text("")
-        .at(1920)
-        .text("/wo")
-        .at(1940)
-        .text("rld")
-        .at(2000)
-        .text("\\")
-        .at(2010)
-        .text("/end");
+    TrackBuilder& words = song.track().text("@KMIDI KARAOKE FILE").text("@V0100");
+    words.at(1440).text("\\Hel").at(1460).text("lo").lyric("not a word").text("%C").text("\n");
+    words.text("\0y"sv).text("").at(1920).text("/wo").at(1940).text("rld");
+    words.at(2000).text("\\").at(2010).text("/end");
     ASSERT_EQ(open(song), 1);
     // A line breaks at the time of the word before it.
     EXPECT_THAT(lyricLines(MM1),
                 ElementsAre("0 \r", "0 early", "0 \r", "1440 Hel", "1460 lo", "1460 \r", "1920 wo",
                             "1940 rld", "1940 \r", "2010 end"));
     EXPECT_THAT(chordLines(MM1), ElementsAre("288 \r", "960 Am", "1200 G7"));
-    EXPECT_EQ(MM1.info.hasLyrics, 1);
-    EXPECT_EQ(MM1.info.hasChords, 0);
 }
 
 TEST_F(MetaEvents, Lyric_events_carry_the_words_of_any_other_song) {
@@ -56,20 +31,6 @@ TEST_F(MetaEvents, Lyric_events_carry_the_words_of_any_other_song) {
     EXPECT_THAT(lyricLines(MM1), ElementsAre("192 \r", "960 Hel", "970 lo", "980 \r", "980 new",
                                              "990 \r", "1000 ", "1020 /x"));
     EXPECT_THAT(chordLines(MM1), ElementsAre("288 \r", "960 G7", "960 C", "1010 "));
-}
-
-TEST_F(MetaEvents, Words_are_known_from_the_fifth_on) {
-    SongBuilder song;
-    TrackBuilder& track = song.track();
-    for (std::uint32_t i = 1; i <= 4; ++i) {
-        track.at(i).lyric("a").text("C");
-    }
-    ASSERT_EQ(open(song), 1);
-    EXPECT_EQ(MM1.info.hasLyrics + MM1.info.hasChords, 0);
-    track.at(5).lyric("a").text("C");
-    ASSERT_EQ(open(song), 1);
-    EXPECT_EQ(MM1.info.hasLyrics, 1);
-    EXPECT_EQ(MM1.info.hasChords, 1);
 }
 
 TEST_F(MetaEvents, A_scan_takes_the_title_lines_of_a_song_with_a_header_mark) {
@@ -106,7 +67,7 @@ TEST_F(MetaEvents, Nine_markers_are_kept) {
         track.at(i * 10).marker("part " + std::to_string(i));
     }
     ASSERT_EQ(open(song), 1);
-    const std::vector<std::string> markers = markerLines(MM1);
+    const std::vector<std::string> markers = textLines(MM1.markers, MM1.markerCount);
     ASSERT_EQ(mm_GetNumMarkers(mm1), 9);
     EXPECT_EQ(markers[0], "3 " + std::string(80, 'm')) << "fills its field, without a zero";
     EXPECT_EQ(markers[1], "3 " + std::string(79, 'n'));
@@ -132,14 +93,12 @@ TEST_F(MetaEvents, Tempo_and_time_signature_enter_the_event_list) {
 }
 
 TEST_F(MetaEvents, The_first_valid_key_signature_counts) {
-    const struct {
-        std::string_view first;
-        std::int32_t key; ///< 512: the second one, two sharps
-    } keys[] = {{"\x09\x00"sv, 512},  {"\xF8\x00"sv, 512},   {"\x01\x02"sv, 512},
-                {"\x01\xFF"sv, 512},  {"\x01"sv, 512},       {"\x01\x00\x00"sv, 512},
-                {"\xFD\x01"sv, -767}, {"\xF9\x00"sv, -1792}, {"\x07\x01"sv, 1793},
-                {"\x00\x00"sv, 0}};
-    for (const auto& [first, key] : keys) {
+    using Key = std::pair<std::string_view, int>; // 512: it is passed over for two sharps
+    for (const auto& [first, key] :
+         {Key{"\x09\x00"sv, 512}, Key{"\xF8\x00"sv, 512}, Key{"\x01\x02"sv, 512},
+          Key{"\x01\xFF"sv, 512}, Key{"\x01"sv, 512}, Key{"\x01\x00\x00"sv, 512},
+          Key{"\xFD\x01"sv, -767}, Key{"\xF9\x00"sv, -1792}, Key{"\x07\x01"sv, 1793},
+          Key{"\x00\x00"sv, 0}}) {
         SongBuilder song;
         song.track().meta(0x59, first).meta(0x59, "\2\0"sv);
         ASSERT_EQ(mm_Scan(mm1, song.write().c_str()), 1);

@@ -5,7 +5,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "tests/support/engine_test.h"
+#include "tests/song/song_test.h"
 
 namespace fs = std::filesystem;
 
@@ -16,13 +16,15 @@ constexpr int kMaxDivision = 960;
 /// Counts what belongs into the event list. Throws std::out_of_range on a file that is cut off.
 class Reader {
 public:
-    explicit Reader(Bytes file) : file_(std::move(file)) {}
+    explicit Reader(const fs::path& path) {
+        std::ifstream file(path, std::ios::binary);
+        file_.assign(std::istreambuf_iterator<char>(file), {});
+    }
 
     void readSong() {
         at_ = 10;
-        const unsigned tracks = number(2);
-        division = number(2);
-        for (unsigned i = 0; i < tracks; ++i) {
+        unsigned tracks = number(2);
+        for (division = number(2); tracks > 0; --tracks) {
             at_ += 4;
             const std::size_t length = number(4);
             readTrack(at_ + length);
@@ -31,7 +33,7 @@ public:
 
     unsigned division = 0;
     int events = 0;
-    std::uint32_t lastTime = 0;
+    unsigned lastTime = 0;
 
 private:
     unsigned number(int bytes) {
@@ -45,7 +47,7 @@ private:
     unsigned variable() {
         unsigned value = 0;
         for (;;) {
-            const unsigned byte = file_.at(at_++);
+            const unsigned byte = number(1);
             value = value * 128 + byte % 128;
             if (byte < 128) {
                 return value;
@@ -53,39 +55,38 @@ private:
         }
     }
 
-    void count(std::uint32_t time) {
-        ++events;
-        lastTime = std::max(lastTime, time);
+    /// True when the event belongs into the list.
+    bool readEvent() {
+        if (file_.at(at_) > 127) {
+            status_ = number(1);
+        }
+        if (status_ == 0xFF) {
+            const unsigned type = number(1);
+            const unsigned length = variable();
+            at_ += length;
+            return (type == 0x51 && length >= 3) ||
+                   (type == 0x58 && length >= 2 && file_.at(at_ - length + 1) < 8);
+        }
+        at_ += status_ == 0xF0 || status_ == 0xF7 ? variable() : status_ / 32 == 6 ? 1 : 2;
+        return true;
     }
 
     void readTrack(std::size_t end) {
-        std::uint32_t time = 0;
-        unsigned running = 0;
-        while (at_ < end) {
+        for (unsigned time = 0; at_ < end;) {
             time += variable();
-            const unsigned status = file_.at(at_) < 128 ? running : file_.at(at_++);
-            if (status == 0xFF) {
-                const unsigned type = number(1);
-                const unsigned length = variable();
-                if ((type == 0x51 && length >= 3) ||
-                    (type == 0x58 && length >= 2 && file_.at(at_ + 1) < 8)) {
-                    count(time);
-                }
-                at_ += length;
-            } else if (status == 0xF0 || status == 0xF7) {
-                at_ += variable();
-                count(time);
-            } else {
-                running = status;
-                at_ += status / 16 == 0xC || status / 16 == 0xD ? 1 : 2;
-                count(time);
+            const unsigned running = status_;
+            if (readEvent()) {
+                ++events;
+                lastTime = std::max(lastTime, time);
             }
+            status_ = status_ < 0xF0 ? status_ : running;
         }
         at_ = end;
     }
 
     Bytes file_;
     std::size_t at_ = 0;
+    unsigned status_ = 0;
 };
 
 std::vector<fs::path> songsBelow(const fs::path& folder) {
@@ -100,18 +101,13 @@ std::vector<fs::path> songsBelow(const fs::path& folder) {
     return songs;
 }
 
-Bytes contents(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
 } // namespace
 
-class SongFiles : public EngineTest {
+class SongFiles : public SongTest {
 protected:
     void expectLoads(const fs::path& path) {
         SCOPED_TRACE(path.string());
-        Reader reader(contents(path));
+        Reader reader(path);
         ASSERT_NO_THROW(reader.readSong());
         g_lastError.store(0);
         const std::int16_t opened = mm_Open(mm1, path.string().c_str(), 0, 0, 1, nullptr);
@@ -130,7 +126,6 @@ protected:
 };
 
 TEST_F(SongFiles, Every_song_loads_with_all_its_events_in_time_order) {
-    start();
     std::vector<fs::path> songs = songsBelow(fs::path(CORVMO_SOURCE_DIR) / "songs");
     EXPECT_FALSE(songs.empty());
     if (const char* const folder = std::getenv("CORVMO_SONG_DIR")) {

@@ -1,16 +1,11 @@
 // The lyric and chord tables: order, merging, splitting, restarting, and their ends.
-#include "tests/song/song_lines.h"
-#include "tests/support/engine_test.h"
+#include "tests/song/song_test.h"
 
 using namespace std::literals;
 using ::testing::ElementsAre;
 
-class TextTables : public EngineTest {
+class TextTables : public SongTest {
 protected:
-    TextTables() {
-        start();
-    }
-
     /// The lyrics of a song of one track that holds these at tick 100.
     std::vector<std::string> lyricsOf(std::initializer_list<std::string_view> words) {
         SongBuilder song;
@@ -97,6 +92,17 @@ TEST_F(TextTables, A_question_mark_restarts_the_lyrics_of_the_tracks_before) {
     single.track().at(5).lyric("a").at(6).lyric("?x").at(7).lyric("b");
     ASSERT_EQ(open(single), 1);
     EXPECT_THAT(lyricLines(MM1), ElementsAre("1 \r", "5 a", "7 b"));
+}
+
+TEST_F(TextTables, A_song_has_words_or_chords_from_the_fifth_on) {
+    SongBuilder song;
+    TrackBuilder& track = song.track().text("C");
+    for (std::uint32_t i = 1; i <= 4; ++i) {
+        track.at(i).lyric("a").text("C");
+    }
+    ASSERT_EQ(open(song), 1);
+    EXPECT_EQ(MM1.info.hasLyrics, 0);
+    EXPECT_EQ(MM1.info.hasChords, 1);
 }
 
 TEST_F(TextTables, Full_tables_drop_what_comes_after) {
