@@ -6,7 +6,7 @@ namespace host {
 namespace {
 
 constexpr std::uint8_t kSevenBits = 0x7F;
-constexpr std::size_t kLongestNumber = 4; ///< bytes of a sound variable-length number
+constexpr std::size_t kLongestNumber = 3; ///< bytes of a number that is believed in a damaged track
 constexpr int kRow = 12;                  ///< so many events in a row are no accident
 constexpr int kRowAtEnd = 4;              ///< enough when the track ends exactly behind them
 
@@ -228,7 +228,7 @@ bool areEventsAt(const ByteView& bytes, std::size_t position, std::size_t end, i
         }
         RawEvent event;
         if (readRawEvent(bytes, position, end, running, Rigour::Strict, event) != Reading::Event ||
-            !isSound(bytes, event)) {
+            !isSound(bytes, event) || (count == 0 && event.delta > kLongestLikelyDelay)) {
             return false;
         }
         if (event.isEndOfTrack()) {

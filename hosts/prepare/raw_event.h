@@ -23,6 +23,8 @@ constexpr std::uint8_t kTimeSignature = 0x58;
 constexpr std::uint8_t kKindMask = 0xF0;
 constexpr std::uint8_t kChannelMask = 0x0F;
 constexpr int kNoRunningStatus = -1;
+/// Ticks. Next to damage a longer delay is rather made of bytes that do not belong to it.
+constexpr std::uint32_t kLongestLikelyDelay = 4095;
 
 /// How closely an event is looked at.
 enum class Rigour {

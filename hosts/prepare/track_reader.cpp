@@ -186,7 +186,9 @@ void TrackReader::recover(const RawEvent& raw, Reading reading) {
         return;
     }
     // The delay before the bad bytes is most often sound; with it the rest stays in its place.
-    m_tick = std::min(m_tick + raw.delta, kLatestTick);
+    if (raw.delta <= kLongestLikelyDelay) {
+        m_tick = std::min(m_tick + raw.delta, kLatestTick);
+    }
     if (!place) {
         m_findings.unreadable = true;
         finish();

@@ -115,7 +115,9 @@ void TrackWriter::write(std::uint32_t tick, const SongEvent& event) {
     writeVariable(tick - m_tick);
     m_tick = tick;
     const bool channel = event.status < kFirstSystemStatus;
-    if (!channel || event.status != m_running) {
+    // A first data byte with its top bit set would be taken for a status.
+    const bool implied = channel && event.status == m_running && event.data[0] < kStatusBit;
+    if (!implied) {
         m_bytes.push_back(event.status);
     }
     m_running = channel ? event.status : kNoRunningStatus;

@@ -13,12 +13,11 @@ std::string fieldText(const char (&field)[Size]) {
     return {field, strnlen(field, Size)};
 }
 
-template <typename Record>
-std::vector<TimedBytes> tableOf(HMIDIOUT player, int count,
-                                Record* (*entry)(HMIDIOUT, std::int16_t)) {
+template <typename Entry>
+std::vector<TimedBytes> tableOf(HMIDIOUT player, int count, Entry entry) {
     std::vector<TimedBytes> table;
     for (int i = 0; i < count; ++i) {
-        if (const Record* record = entry(player, static_cast<std::int16_t>(i))) {
+        if (const auto* record = entry(player, static_cast<std::int16_t>(i))) {
             table.push_back({record->time, fieldText(record->text)});
         }
     }
@@ -38,9 +37,9 @@ RawSong readRawSong(HMIDIOUT player) {
     if (const MMEVENT* events = mm_GetPointerEvents(player, 0)) {
         song.events.assign(events, events + mm_GetNumEvents(player));
     }
-    song.lyrics = tableOf<MMLYRIC>(player, mm_GetNumLyrics(player), &mm_GetPointerLyrics);
-    song.chords = tableOf<MMCHORD>(player, mm_GetNumChords(player), &mm_GetPointerChords);
-    song.markers = tableOf<MMMARKER>(player, mm_GetNumMarkers(player), &mm_GetPointerMarkers);
+    song.lyrics = tableOf(player, mm_GetNumLyrics(player), &mm_GetPointerLyrics);
+    song.chords = tableOf(player, mm_GetNumChords(player), &mm_GetPointerChords);
+    song.markers = tableOf(player, mm_GetNumMarkers(player), &mm_GetPointerMarkers);
     return song;
 }
 

@@ -56,7 +56,10 @@ public:
 
 private:
     std::uint64_t byte(std::uint64_t position) const {
-        return position < m_bytes.size() ? static_cast<unsigned char>(m_bytes[position]) : 0u;
+        if (position >= m_bytes.size()) {
+            return 0;
+        }
+        return static_cast<unsigned char>(m_bytes[static_cast<std::size_t>(position)]);
     }
 
     std::vector<char> m_bytes;

@@ -591,6 +591,12 @@ class TerminalDisplay(KaraokeTest):
         rows = {(screen.line(2), screen.line(3)) for screen in self.frames(data)}
         self.assertIn(("    G", "春が来た"), rows)
 
+    def test_a_chord_within_a_held_syllable_stands_before_the_next_one(self):
+        data = sung_song(b"auld ", b"lang ", b"syne",
+                         chords=[(0, b"Bb"), (QUARTER * 3 // 2, b"C7"), (QUARTER * 2, b"F")])
+        rows = {(screen.line(2), screen.line(3)) for screen in self.frames(data)}
+        self.assertIn(("Bb     C7 F", "auld lang syne"), rows)
+
     def test_a_narrow_screen_shows_every_word_without_damage(self):
         words = [f"word{number:02d} " for number in range(24)]
         shown = set()
