@@ -1,5 +1,5 @@
-// Outputs on ALSA sequencer ports. The sequencer calls that reach the kernel are replaced in this program
-// by a small sequencer of its own, so that the test runs on machines without one.
+// Outputs on ALSA sequencer ports. The sequencer calls that reach the kernel are replaced in this
+// program by a small sequencer of its own, so that the test runs on machines without one.
 #include <gtest/gtest.h>
 
 #include <alsa/asoundlib.h>

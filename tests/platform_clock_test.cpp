@@ -16,8 +16,8 @@ namespace {
 
 constexpr std::chrono::seconds kWatchdog{30};
 
-// A timer that calls a function with the number of the callback, counted from 1. A killed timer's last
-// callback may still be about to begin, so what it finds lives on to the end of the program.
+// A timer that calls a function with the number of the callback, counted from 1. A killed timer's
+// last callback may still be about to begin, so what it finds lives on to the end of the program.
 class TestTimer {
 public:
     explicit TestTimer(UINT period, std::function<void(TestTimer&, int)> work = nullptr,

@@ -200,6 +200,9 @@ TEST_F(Outputs, Record_every_message_with_its_length_and_time) {
     EXPECT_EQ(midiOutShortMsg(two, 0x0102F8), MMSYSERR_NOERROR);
     for (DWORD noShortMessage : {0x3C40u, 0xF0u, 0xF7u}) {
         EXPECT_EQ(midiOutShortMsg(one, noShortMessage), MMSYSERR_INVALPARAM);
+        EXPECT_EQ(recording.messages.back().bytes.front(), noShortMessage & 0xFF);
+        EXPECT_EQ(recording.messages.back().bytes.size(), 3u);
+        recording.messages.pop_back();
     }
     Bytes bytes = {0xF0, 0x7E, 0x7F, 0x09, 0x01, 0xF7};
     MIDIHDR header = headerFor(bytes);
@@ -334,9 +337,11 @@ TEST(SynthesizerTest, Obeys_every_kind_of_reset_message) {
     for (const Bytes& reset : resets) {
         int value = 0;
         synthesizer.sendShort(0x1407B2); // volume
-        synthesizer.sendShort(0x0000E2); // pitch bend
+        synthesizer.sendShort(0x2010E2); // pitch bend
         ASSERT_EQ(fluid_synth_get_cc(synthesizer.synth(), 2, 7, &value), FLUID_OK);
         ASSERT_EQ(value, 20);
+        ASSERT_EQ(fluid_synth_get_pitch_bend(synthesizer.synth(), 2, &value), FLUID_OK);
+        ASSERT_EQ(value, 0x20 << 7 | 0x10);
         synthesizer.sendLong(reset);
         ASSERT_EQ(fluid_synth_get_cc(synthesizer.synth(), 2, 7, &value), FLUID_OK);
         EXPECT_EQ(value, 100) << "manufacturer " << int{reset[1]};

@@ -65,6 +65,9 @@ TEST(Memory, A_locked_block_grows_with_its_content_and_zeros_behind_it) {
 
     EXPECT_EQ(GlobalUnlock(block), 1) << "locked before and after growing";
     EXPECT_EQ(GlobalUnlock(block), 0);
+    EXPECT_EQ(GlobalUnlock(block), 0) << "not locked any more";
+    EXPECT_EQ(GlobalLock(block), bytes);
+    EXPECT_EQ(GlobalUnlock(block), 0);
     EXPECT_EQ(GlobalFree(block), nullptr);
 }
 
@@ -85,6 +88,7 @@ TEST(Memory, A_block_that_cannot_grow_keeps_its_content) {
 
 TEST(Memory, A_fixed_block_is_its_own_address_even_after_moving) {
     HGLOBAL block = GlobalAlloc(GPTR, 8);
+    HGLOBAL neighbour = GlobalAlloc(GPTR, 8);
     EXPECT_EQ(GlobalLock(block), static_cast<void*>(block));
     EXPECT_EQ(GlobalReAlloc(block, 100000, 0), nullptr);
 
@@ -94,6 +98,7 @@ TEST(Memory, A_fixed_block_is_its_own_address_even_after_moving) {
     EXPECT_EQ(bytes, reinterpret_cast<char*>(moved));
     EXPECT_EQ(std::count(bytes, bytes + 100000, 0), 100000);
     EXPECT_EQ(GlobalFree(moved), nullptr);
+    EXPECT_EQ(GlobalFree(neighbour), nullptr);
 }
 
 TEST(Memory, Handles_that_are_none_are_refused) {

@@ -1,5 +1,5 @@
-// ALSA sequencer ports as outputs. All of them are reached through one client, which is there while at
-// least one port is open.
+// ALSA sequencer ports as outputs. All of them are reached through one client, which is there while
+// at least one port is open.
 #include <poll.h>
 
 #include <algorithm>
@@ -87,7 +87,8 @@ private:
     int m_port = -1;
 };
 
-// Long messages go in parts that fit the buffers of slow ports, each tried again while there is no room.
+// Long messages go in parts that fit the buffers of slow ports, each tried again while there is no
+// room.
 constexpr std::size_t kPartBytes = 256;
 constexpr int kPauseMilliseconds = 1;
 constexpr int kTriesPerPart = 2000;

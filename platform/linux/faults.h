@@ -5,8 +5,8 @@
 
 namespace faults {
 
-/// The nth call (1 = the next) of the system function of this name fails, once. Names as in system_names.h;
-/// timeSetEvent, GlobalAlloc, ReadFile and so on. nth 0 takes the fault back.
+/// The nth call (1 = the next) of the system function of this name fails, once. Names as in
+/// system_names.h; timeSetEvent, GlobalAlloc, ReadFile and so on. nth 0 takes the fault back.
 void failCall(std::string_view function, int nth);
 
 /// Calls of the function since the last failCall for it.

@@ -60,7 +60,7 @@ DWORD GetFileSize(HANDLE handle, DWORD* high) {
     const std::shared_ptr<File> file = files().find(handle);
     struct stat status = {};
     if (faults::fails("GetFileSize") || !file || ::fstat(file->descriptor(), &status) != 0 ||
-        status.st_size >= off_t{INVALID_FILE_SIZE}) {
+        status.st_size >= std::int64_t{INVALID_FILE_SIZE}) {
         return INVALID_FILE_SIZE;
     }
     if (high != nullptr) {

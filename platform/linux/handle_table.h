@@ -1,5 +1,5 @@
-// Opaque handles and what they stand for. A handle is a number that is never an address and never given
-// out twice, so that a stale or foreign one is simply not found.
+// Opaque handles and what they stand for. A handle is a number that is never an address and never
+// given out twice, so that a stale or foreign one is simply not found.
 #pragma once
 
 #include <atomic>

@@ -14,11 +14,12 @@ public:
     /// Drops every timer and sets the time.
     void restart(std::uint64_t milliseconds);
 
-    /// Lets time pass and runs what falls due. Waits while another thread does so; inside a callback only
-    /// time passes, and the periods are made up for at the next chance.
+    /// Lets time pass and runs what falls due. Waits while another thread does so; inside a
+    /// callback only time passes, and the periods are made up for at the next chance.
     void advance(std::uint64_t milliseconds);
 
-    /// Answers the time and then lets one millisecond pass, without ever waiting for another thread.
+    /// Answers the time and then lets one millisecond pass, without ever waiting for another
+    /// thread.
     std::uint64_t readMilliseconds() override;
     std::uint64_t microseconds() const override;
     bool startTimer(const TimerSettings& settings) override;

@@ -1,5 +1,6 @@
-// Blocks of the global heap. The handle of a fixed block is its address; that of a moveable block is a
-// cell that holds the address. Plain heap memory underneath, so that a leak checker sees what is not freed.
+// Blocks of the global heap. The handle of a fixed block is its address; that of a moveable block
+// is a cell that holds the address. Plain heap memory underneath, so that a leak checker sees what
+// is not freed.
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -32,7 +33,8 @@ Blocks& blocks() {
     return instance;
 }
 
-// The complement: a leak checker that met the handle itself in the table would take the block for used.
+// The complement: a leak checker that met the handle itself in the table would take the block for
+// used.
 std::uintptr_t keyOf(HGLOBAL handle) {
     return ~reinterpret_cast<std::uintptr_t>(handle);
 }

@@ -1,5 +1,5 @@
-// Windows: bounded queues of posted messages. A window's handle is looked up at every use, so that posting
-// to one that is gone fails.
+// Windows: bounded queues of posted messages. A window's handle is looked up at every use, so that
+// posting to one that is gone fails.
 #include <chrono>
 #include <memory>
 #include <mutex>

@@ -9,8 +9,8 @@
 
 #include "platform/linux/system_names.h"
 
-/// The registry opens and closes an output one call at a time and only sends to an open one. Sending happens
-/// on several threads at once.
+/// The registry opens and closes an output one call at a time and only sends to an open one.
+/// Sending happens on several threads at once.
 class MidiOutput {
 public:
     explicit MidiOutput(std::string name) : m_name(std::move(name)) {}
@@ -26,7 +26,8 @@ public:
     virtual void close() = 0;
     /// All notes off, and no pedal held, on every channel.
     virtual void reset() = 0;
-    /// A status byte that begins a short message in bits 0 to 7, data bytes above it; takes no memory.
+    /// A status byte that begins a short message in bits 0 to 7, data bytes above it; takes no
+    /// memory.
     virtual MMRESULT sendShort(std::uint32_t message) = 0;
     virtual MMRESULT sendLong(std::span<const std::uint8_t> bytes) = 0;
     /// Asked before a long message.

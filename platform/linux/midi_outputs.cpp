@@ -1,4 +1,5 @@
-// The system's MIDI output functions, the host's choice of outputs, and the recording of what is sent.
+// The system's MIDI output functions, the host's choice of outputs, and the recording of what is
+// sent.
 #include <algorithm>
 #include <atomic>
 #include <cstring>
@@ -97,11 +98,13 @@ MMRESULT midiOutShortMsg(HMIDIOUT device, DWORD message) {
         return MMSYSERR_INVALHANDLE;
     }
     const std::uint32_t length = shortMessageLength(statusOf(message));
+    const auto bytes = bytesOf(message);
+    // What is no short message shows in the recording as it came.
+    const auto shown = length == 0 ? static_cast<std::uint32_t>(bytes.size()) : length;
+    recorder().record(output.index(), bytes.data(), shown);
     if (length == 0) {
         return MMSYSERR_INVALPARAM;
     }
-    const auto bytes = bytesOf(message);
-    recorder().record(output.index(), bytes.data(), length);
     return output->sendShort(message);
 }
 

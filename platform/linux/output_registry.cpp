@@ -1,5 +1,5 @@
-// Outputs are listed when somebody first asks and listed afresh once all of them have been closed. A handle
-// holds the output's number and a generation, so that finding it is one comparison.
+// Outputs are listed when somebody first asks and listed afresh once all of them have been closed.
+// A handle holds the output's number and a generation, so that finding it is one comparison.
 #include "platform/linux/output_registry.h"
 
 #include <algorithm>

@@ -7,8 +7,8 @@
 
 #include "platform/linux/midi_output.h"
 
-/// Safe for any thread. Opening, closing and listing wait for one another; sending waits for none of them
-/// longer than it takes to note a handle down.
+/// Safe for any thread. Opening, closing and listing wait for one another; sending waits for none
+/// of them longer than it takes to note a handle down.
 class OutputRegistry {
 public:
     /// An open output, kept open while this lives. Converts to false when the handle is not one.

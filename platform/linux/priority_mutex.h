@@ -1,12 +1,13 @@
-// A lock and a condition for state that the timer thread shares with host threads: whoever holds the lock
-// inherits the priority of a real-time thread that waits for it.
+// A lock and a condition for state that the timer thread shares with host threads: whoever holds
+// the lock inherits the priority of a real-time thread that waits for it.
 #pragma once
 
 #include <pthread.h>
 
 #include <chrono>
 
-/// Makes a pthread mutex with priority inheritance where the system has it. Type as PTHREAD_MUTEX_...
+/// Makes a pthread mutex with priority inheritance where the system has it. Type as
+/// PTHREAD_MUTEX_...
 void initPriorityMutex(pthread_mutex_t* mutex, int type);
 
 class PriorityMutex {
@@ -34,7 +35,8 @@ private:
     pthread_mutex_t m_mutex;
 };
 
-/// A condition that waits on the monotonic clock. The caller holds the mutex; wakes without reason happen.
+/// A condition that waits on the monotonic clock. The caller holds the mutex; wakes without reason
+/// happen.
 class Condition {
 public:
     using Deadline = std::chrono::steady_clock::time_point;

@@ -1,5 +1,5 @@
-// The monotonic clock and its timer threads. A thread keeps absolute deadlines, so that it neither drifts
-// nor loses a period when one comes late.
+// The monotonic clock and its timer threads. A thread keeps absolute deadlines, so that it neither
+// drifts nor loses a period when one comes late.
 #include "platform/linux/real_clock.h"
 
 #include <pthread.h>
@@ -23,7 +23,8 @@ constexpr std::chrono::seconds kLongestEnding{2};
 
 void raisePriority() {
     const sched_param priority = {kTimerPriority};
-    // Where it is not granted the timer runs like any other thread, with its wake-ups not lumped together.
+    // Where it is not granted the timer runs like any other thread, with its wake-ups not lumped
+    // together.
     if (pthread_setschedparam(pthread_self(), SCHED_FIFO, &priority) != 0) {
         prctl(PR_SET_TIMERSLACK, kTimerSlackNanoseconds, 0UL, 0UL, 0UL);
     }
@@ -110,7 +111,8 @@ RealClock::~RealClock() {
     const auto deadline = SteadyClock::now() + kLongestEnding;
     for (auto& timer : m_stopped) {
         if (timer->runsHere() || !timer->waitForEnd(deadline)) {
-            // Its callback hangs or ends the program itself: joining would hang the end of the program.
+            // Its callback hangs or ends the program itself: joining would hang the end of the
+            // program.
             static_cast<void>(timer.release());
         }
     }
@@ -162,8 +164,8 @@ void RealClock::stopAllTimers() {
     collectEnded();
 }
 
-// Joins threads that have nothing left to do, so it never waits for a callback. A timer's own thread never
-// counts as ended here.
+// Joins threads that have nothing left to do, so it never waits for a callback. A timer's own
+// thread never counts as ended here.
 void RealClock::collectEnded() {
     const auto ended = [](const auto& timer) { return timer->ended(); };
     std::erase_if(m_stopped, ended);

@@ -1,4 +1,5 @@
-// How a short MIDI message lies in a 32-bit word: status, first and second data byte from the lowest bits up.
+// How a short MIDI message lies in a 32-bit word: status, first and second data byte from the
+// lowest bits up.
 #pragma once
 
 #include <array>
@@ -30,7 +31,8 @@ constexpr std::array<std::uint8_t, 3> bytesOf(std::uint32_t message) {
             static_cast<std::uint8_t>(message >> 16)};
 }
 
-/// Bytes of the message by its status; 0 = no status byte, or one that begins or ends a long message.
+/// Bytes of the message by its status; 0 = no status byte, or one that begins or ends a long
+/// message.
 constexpr std::uint32_t shortMessageLength(std::uint8_t status) {
     constexpr std::array<std::uint8_t, 7> kByKind = {3, 3, 3, 3, 2, 2, 3}; // 8x to Ex
     constexpr std::array<std::uint8_t, 16> kSystem = {0, 2, 3, 2, 1, 1, 1, 0,

@@ -1,5 +1,5 @@
-// The output that is always there: the software synthesizer, playing through the audio output that the
-// machine has. Without one it is silent and takes everything.
+// The output that is always there: the software synthesizer, playing through the audio output that
+// the machine has. Without one it is silent and takes everything.
 #include <fluidsynth.h>
 #include <unistd.h>
 
@@ -14,7 +14,8 @@ namespace {
 
 constexpr const char* kSilentDriver = "none";
 
-// Not among them: "file", which would write one, and drivers that print when their server is not there.
+// Not among them: "file", which would write one, and drivers that print when their server is not
+// there.
 constexpr std::array kAudioDrivers = {"pipewire", "pulseaudio", "alsa", "oss"};
 
 constexpr std::array kSystemFonts = {

@@ -1,5 +1,5 @@
-// The system's functions that the engine calls, under the names that Windows gives them. Each does what
-// its namesake does as far as the engine relies on it, and answers the same result codes.
+// The system's functions that the engine calls, under the names that Windows gives them. Each does
+// what its namesake does as far as the engine relies on it, and answers the same result codes.
 #pragma once
 
 #include <cstddef>
@@ -27,7 +27,8 @@ constexpr UINT GMEM_SHARE = 0x2000;
 constexpr UINT GPTR = GMEM_FIXED | GMEM_ZEROINIT;
 
 HGLOBAL GlobalAlloc(UINT flags, std::size_t bytes);
-/// With GMEM_MOVEABLE a locked block may move; its lock count stays. The old block survives a failure.
+/// With GMEM_MOVEABLE a locked block may move; its lock count stays. The old block survives a
+/// failure.
 HGLOBAL GlobalReAlloc(HGLOBAL block, std::size_t bytes, UINT flags);
 void* GlobalLock(HGLOBAL block);
 BOOL GlobalUnlock(HGLOBAL block);

@@ -1,4 +1,5 @@
-// What the real and the manual clock share: the description of a timer, and the operations of a clock.
+// What the real and the manual clock share: the description of a timer, and the operations of a
+// clock.
 #pragma once
 
 #include <cstdint>
@@ -28,8 +29,8 @@ public:
     virtual std::uint64_t microseconds() const = 0;
     /// False when the timer cannot be started.
     virtual bool startTimer(const TimerSettings& settings) = 0;
-    /// No callback begins afterwards; one may be under way. False when there is no such timer. Never waits
-    /// for the callback, which may itself wait for a lock of the caller's.
+    /// No callback begins afterwards; one may be under way. False when there is no such timer.
+    /// Never waits for the callback, which may itself wait for a lock of the caller's.
     virtual bool stopTimer(UINT id) = 0;
     virtual void stopAllTimers() = 0;
 };

@@ -1,7 +1,8 @@
-/* What a host on Linux needs beside the engine: locks, windows that receive notifications, MIDI outputs to
- * choose from, and the choice of the clock. Usable from C and C++.
+/* What a host on Linux needs beside the engine: locks, windows that receive notifications, MIDI
+ * outputs to choose from, and the choice of the clock. Usable from C and C++.
  *
- * Outputs and clock are chosen while the engine is stopped. Every function may be called from any thread.
+ * Outputs and clock are chosen while the engine is stopped. Every function may be called from
+ * any thread, except where it says otherwise.
  */
 #ifndef CORVMO32_LINUX_H
 #define CORVMO32_LINUX_H
@@ -40,18 +41,22 @@ typedef struct corvmo_message {
 /** Makes a window. Its queue holds 10,000 messages; what is posted beyond them is lost. */
 HWND corvmo_CreateWindow(void);
 
-/** Destroys a window; a thread that waits on it returns. Posting to it afterwards fails harmlessly. */
+/** Destroys a window; a thread that waits on it returns. Posting to it afterwards fails
+ *  harmlessly. */
 void corvmo_DestroyWindow(HWND window);
 
 /** Takes the oldest message off the window's queue.
- *  @param timeout  milliseconds of real time to wait for one; 0 = do not wait; 0xFFFFFFFF = no limit
+ *  @param timeout  milliseconds of real time to wait for one; 0 = do not wait; 0xFFFFFFFF = no
+ *                  limit
  *  @return 1 = *message was filled in; 0 = there was none, or no such window */
 int corvmo_WaitMessage(HWND window, corvmo_message* message, uint32_t timeout);
 
 /* ---- MIDI outputs ---- */
 
-/** An output of the host's own. Null functions do nothing and succeed. The functions are called from
- *  whatever thread sends, and answer MMSYSERR_... codes where they have a result. */
+/** An output of the host's own. Null functions do nothing and succeed. The functions are called
+ *  from whatever thread sends, several at once, and answer MMSYSERR_... codes where they have a
+ *  result. They may send to other outputs, but not choose, open or close outputs or change the
+ *  recording. */
 typedef struct corvmo_output {
     const char* name;
     void* user; /**< handed to every function */
@@ -64,9 +69,12 @@ typedef struct corvmo_output {
     int (*still_playing)(void* user); /**< not 0 = the last long message is not finished yet */
 } corvmo_output;
 
-/** Replaces the machine's outputs by the host's own, in this order; copied. None of them open now.
- *  @param outputs  null = the machine's outputs again: the software synthesizer and after it every ALSA
- *                  sequencer port that can be written to */
+/** Replaces the outputs by the host's own, in this order; copied. An output that is still open
+ *  is closed.
+ *  @param outputs  null = the machine's outputs again: the software synthesizer and after it
+ *                  every ALSA sequencer port that can be written to. Those are listed when they
+ *                  are first asked for, and afresh after all of them have been closed.
+ *  @param count    0 with outputs not null = no outputs at all */
 void corvmo_SetOutputs(const corvmo_output* outputs, UINT count);
 
 /** @return the number of outputs there are. */
@@ -84,29 +92,39 @@ typedef struct corvmo_sent {
     uint32_t length;     /**< bytes */
 } corvmo_sent;
 
-/** Records what every output receives, one call a message on the sending thread, before the output gets it.
- *  @param sent  null = no recording */
+/** Records what every output receives, one call a message on the sending thread, before the
+ *  output gets it; several threads may send at once. What an output sends of its own when it is
+ *  reset is not recorded. A word that begins with no short message's status byte is recorded
+ *  with three bytes and not sent. Once this has returned the function recorded to before is not
+ *  called any more.
+ *  @param sent  null = no recording; not to call this function or corvmo_SetOutputs */
 void corvmo_RecordOutputs(void (*sent)(void* user, const corvmo_sent* message), void* user);
 
-/** File of the sound font that the software synthesizer loads when it is opened next; null = the system's
- *  General MIDI font. */
+/** File of the sound font that the software synthesizer loads when it is opened next; null = the
+ *  system's General MIDI font. A file that is no sound font leaves it silent. */
 void corvmo_SetSoundFont(const char* path);
 
-/** Audio output of the software synthesizer, a driver name of FluidSynth ("alsa", "pulseaudio", ...).
- *  Null = whatever works; "none" = silent. */
+/** Audio output that the software synthesizer plays through when it is opened next, a driver
+ *  name of FluidSynth ("alsa", "jack", ...). Null = the first that works of PipeWire,
+ *  PulseAudio, ALSA and OSS; "none", or one that does not work = silent. */
 void corvmo_SetAudioDriver(const char* name);
 
 /* ---- clock ---- */
 
-/** The machine's monotonic clock and a timer thread. The default. */
+/** The machine's monotonic clock and a timer thread. The default. Choosing a clock stops every
+ *  timer. */
 void corvmo_UseRealClock(void);
 
-/** A clock that stands until it is told to go on: the timer runs inside corvmo_AdvanceClock, on the
- *  caller's thread. The engine's own reading of the time lets one millisecond pass, so that its pauses end.
+/** A clock that stands until it is told to go on: the timer runs inside corvmo_AdvanceClock, on
+ *  the caller's thread. The engine's own reading of the time lets one millisecond pass, so that
+ *  its pauses end.
  *  @param start  milliseconds that the engine's first reading answers */
 void corvmo_UseManualClock(uint32_t start);
 
-/** Lets manual time pass, running every timer period that falls due, in order and at its exact time. */
+/** Lets manual time pass, running every timer period that falls due, in order and at its exact
+ *  time. Waits for another thread that is doing so; not to be called then while holding a lock
+ *  that the timer takes. Inside a timer callback only time passes, and the periods are made up
+ *  for later. Does nothing on the real clock. */
 void corvmo_AdvanceClock(uint32_t milliseconds);
 
 /** @return microseconds of the clock in use, from an arbitrary origin; never runs backwards. */
