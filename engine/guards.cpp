@@ -17,20 +17,20 @@ bool engineRunning() noexcept {
     return g_engineState.load() == EngineState::Running;
 }
 
-EngineLock::EngineLock() noexcept : lock_(engineRunning() ? g_lock : nullptr) {
-    if (lock_ == nullptr) {
+EngineLock::EngineLock() noexcept : m_lock(engineRunning() ? g_lock : nullptr) {
+    if (m_lock == nullptr) {
         return;
     }
-    EnterCriticalSection(lock_);
+    EnterCriticalSection(m_lock);
     if (!engineRunning()) {
-        LeaveCriticalSection(lock_);
-        lock_ = nullptr;
+        LeaveCriticalSection(m_lock);
+        m_lock = nullptr;
     }
 }
 
 EngineLock::~EngineLock() {
-    if (lock_ != nullptr) {
-        LeaveCriticalSection(lock_);
+    if (m_lock != nullptr) {
+        LeaveCriticalSection(m_lock);
     }
 }
 
@@ -44,12 +44,12 @@ bool waitUntilIdle() noexcept {
     return false;
 }
 
-BusyClaim::BusyClaim(Wait wait) noexcept : held_(false) {
+BusyClaim::BusyClaim(Wait wait) noexcept : m_held(false) {
     do {
         std::uint32_t idle = 0;
-        held_ =
+        m_held =
             engineRunning() && g_busy.compare_exchange_strong(idle, 1, std::memory_order_acq_rel);
-    } while (!held_ && wait == Wait::Yes && waitUntilIdle());
+    } while (!m_held && wait == Wait::Yes && waitUntilIdle());
 }
 
 BusyClaim::~BusyClaim() {
@@ -57,9 +57,9 @@ BusyClaim::~BusyClaim() {
 }
 
 void BusyClaim::release() noexcept {
-    if (held_) {
+    if (m_held) {
         g_busy.store(0, std::memory_order_release);
-        held_ = false;
+        m_held = false;
     }
 }
 
@@ -79,12 +79,12 @@ void TickInFlight::waitForAll() noexcept {
 }
 
 LongMessageGuard::LongMessageGuard(const MIDIOUT& player) noexcept
-    : underWay_(longMessageUnderWay[&player == &MM1 ? 0 : 1]) {
-    while (underWay_.exchange(true, std::memory_order_acquire)) {
+    : m_underWay(longMessageUnderWay[&player == &MM1 ? 0 : 1]) {
+    while (m_underWay.exchange(true, std::memory_order_acquire)) {
         Sleep(kMessagePause);
     }
 }
 
 LongMessageGuard::~LongMessageGuard() {
-    underWay_.store(false, std::memory_order_release);
+    m_underWay.store(false, std::memory_order_release);
 }

@@ -17,11 +17,11 @@ public:
     EngineLock(const EngineLock&) = delete;
     EngineLock& operator=(const EngineLock&) = delete;
     explicit operator bool() const noexcept {
-        return lock_ != nullptr;
+        return m_lock != nullptr;
     }
 
 private:
-    CRITICAL_SECTION* lock_; ///< the one that was entered: a later start-up may bring another
+    CRITICAL_SECTION* m_lock; ///< the one that was entered: a later start-up may bring another
 };
 
 /// Waits until the busy flag is clear, without claiming it; false when the engine is not running.
@@ -38,7 +38,7 @@ public:
     BusyClaim(const BusyClaim&) = delete;
     BusyClaim& operator=(const BusyClaim&) = delete;
     explicit operator bool() const noexcept {
-        return held_;
+        return m_held;
     }
 
     /// Gives the flag back before the end of the scope.
@@ -46,11 +46,11 @@ public:
 
     /// Leaves the flag set for good: only shut-down does.
     void keep() noexcept {
-        held_ = false;
+        m_held = false;
     }
 
 private:
-    bool held_;
+    bool m_held;
 };
 
 /// Counts a timer callback in and out, so that shut-down can wait for those under way.
@@ -74,5 +74,5 @@ public:
     LongMessageGuard& operator=(const LongMessageGuard&) = delete;
 
 private:
-    std::atomic<bool>& underWay_;
+    std::atomic<bool>& m_underWay;
 };

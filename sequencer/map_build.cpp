@@ -84,17 +84,17 @@ std::uint8_t parameterSlot(const MapParameter (&parameters)[Count], std::uint8_t
 /// Walks the events and records what they set.
 class MapBuilder {
 public:
-    explicit MapBuilder(MMMAP& map) noexcept : map_(map) {
-        std::memset(&map_, kNone, sizeof map_);
+    explicit MapBuilder(MMMAP& map) noexcept : m_map(map) {
+        std::memset(&m_map, kNone, sizeof m_map);
     }
 
     void takeTiming(const MMEVENT& event) noexcept {
         if (event.kind == midi::kTempo) {
-            map_.tempo = tempoOf(event);
+            m_map.tempo = tempoOf(event);
         } else if (event.kind == midi::kTimeSignature) {
-            map_.beatsPerBar = event.byte1;
-            map_.beatUnit = event.byte2;
-            map_.timeSigTick = event.time;
+            m_map.beatsPerBar = event.byte1;
+            m_map.beatUnit = event.byte2;
+            m_map.timeSigTick = event.time;
         }
     }
 
@@ -104,13 +104,13 @@ private:
     void takeController(int channel, std::uint8_t controller, std::uint8_t value) noexcept;
     void takeDataEntry(int channel, std::uint8_t value) noexcept;
 
-    MMMAP& map_;
-    ParameterNumbers numbers_;
+    MMMAP& m_map;
+    ParameterNumbers m_numbers;
 };
 
 void MapBuilder::takeChannel(const MMEVENT& event) noexcept {
     const int channel = event.kind & midi::kChannelMask;
-    auto& slot = map_.channel[channel].slot;
+    auto& slot = m_map.channel[channel].slot;
     switch (event.kind & midi::kKindMask) {
     case midi::kPolyPressure:
         slot[MMSLOT_POLY_KEY] = event.byte1;
@@ -138,20 +138,20 @@ void MapBuilder::takeController(int channel, std::uint8_t controller, std::uint8
     using Mode = ParameterNumbers::Mode;
     switch (controller) {
     case midi::kRegisteredHigh:
-        numbers_.registered[channel].high = value;
-        numbers_.mode = Mode::Registered;
+        m_numbers.registered[channel].high = value;
+        m_numbers.mode = Mode::Registered;
         return;
     case midi::kRegisteredLow:
-        numbers_.registered[channel].low = value;
-        numbers_.mode = Mode::Registered;
+        m_numbers.registered[channel].low = value;
+        m_numbers.mode = Mode::Registered;
         return;
     case midi::kNonRegisteredHigh:
-        numbers_.nonRegistered[channel].high = value;
-        numbers_.mode = Mode::NonRegistered;
+        m_numbers.nonRegistered[channel].high = value;
+        m_numbers.mode = Mode::NonRegistered;
         return;
     case midi::kNonRegisteredLow:
-        numbers_.nonRegistered[channel].low = value;
-        numbers_.mode = Mode::NonRegistered;
+        m_numbers.nonRegistered[channel].low = value;
+        m_numbers.mode = Mode::NonRegistered;
         return;
     case midi::kDataEntry:
         takeDataEntry(channel, value);
@@ -161,22 +161,22 @@ void MapBuilder::takeController(int channel, std::uint8_t controller, std::uint8
     }
     const std::uint8_t slot = kSlotOfController[controller];
     if (slot != kNone) {
-        map_.channel[channel].slot[slot] = value;
+        m_map.channel[channel].slot[slot] = value;
     }
 }
 
 void MapBuilder::takeDataEntry(int channel, std::uint8_t value) noexcept {
     using Mode = ParameterNumbers::Mode;
     std::uint8_t slot = kNone;
-    if (numbers_.mode == Mode::Registered) {
+    if (m_numbers.mode == Mode::Registered) {
         slot =
-            parameterSlot(kRegisteredParameters, kRegisteredHighByte, numbers_.registered[channel]);
-    } else if (numbers_.mode == Mode::NonRegistered) {
+            parameterSlot(kRegisteredParameters, kRegisteredHighByte, m_numbers.registered[channel]);
+    } else if (m_numbers.mode == Mode::NonRegistered) {
         slot = parameterSlot(kNonRegisteredParameters, kNonRegisteredHighByte,
-                             numbers_.nonRegistered[channel]);
+                             m_numbers.nonRegistered[channel]);
     }
     if (slot != kNone) {
-        map_.channel[channel].slot[slot] = value;
+        m_map.channel[channel].slot[slot] = value;
     }
 }
 

@@ -51,8 +51,8 @@ constexpr SlotController kAfterBend[] = {
 class ChannelSender {
 public:
     ChannelSender(MIDIOUT& player, int channel) noexcept
-        : player_(player), channel_(channel), slot_(player.map.channel[channel].slot),
-          route_(routeOf(player, channel)) {}
+        : m_player(player), m_channel(channel), m_slot(player.map.channel[channel].slot),
+          m_route(routeOf(player, channel)) {}
 
     void send() noexcept {
         sendProgram();
@@ -68,29 +68,29 @@ public:
 
 private:
     bool recorded(int slot) const noexcept {
-        return slot_[slot] != MMMAP_NONE8;
+        return m_slot[slot] != MMMAP_NONE8;
     }
 
     void controller(std::uint8_t number, std::uint8_t value) const noexcept {
-        sendOn(route_, midi::kController, number, value);
+        sendOn(m_route, midi::kController, number, value);
     }
 
     void sendProgram() noexcept {
         if (recorded(MMSLOT_BANK_MSB)) {
-            storeBankSelect(player_, channel_, midi::kBankMsb, slot_[MMSLOT_BANK_MSB]);
+            storeBankSelect(m_player, m_channel, midi::kBankMsb, m_slot[MMSLOT_BANK_MSB]);
         }
         if (recorded(MMSLOT_BANK_LSB)) {
-            storeBankSelect(player_, channel_, midi::kBankLsb, slot_[MMSLOT_BANK_LSB]);
+            storeBankSelect(m_player, m_channel, midi::kBankLsb, m_slot[MMSLOT_BANK_LSB]);
         }
         if (recorded(MMSLOT_PROGRAM)) {
-            sendProgramChange(player_, channel_, slot_[MMSLOT_PROGRAM]);
+            sendProgramChange(m_player, m_channel, m_slot[MMSLOT_PROGRAM]);
         }
     }
 
     void sendMix() const noexcept {
         for (const auto& [slot, number] : kMixOrder) {
             if (recorded(slot)) {
-                sendMixController(player_, channel_, number, slot_[slot]);
+                sendMixController(m_player, m_channel, number, m_slot[slot]);
             }
         }
     }
@@ -101,20 +101,20 @@ private:
             if (!recorded(entry.slot)) {
                 continue;
             }
-            controller(entry.controller, slot_[entry.slot]);
+            controller(entry.controller, m_slot[entry.slot]);
             if (entry.withFineHalf && recorded(entry.slot + 1)) {
                 controller(static_cast<std::uint8_t>(entry.controller + midi::kFine),
-                           slot_[entry.slot + 1]);
+                           m_slot[entry.slot + 1]);
             }
         }
     }
 
     void sendBendAndPressure() const noexcept {
         if (recorded(MMSLOT_BEND_LOW)) {
-            sendOn(route_, midi::kPitchBend, slot_[MMSLOT_BEND_LOW], slot_[MMSLOT_BEND_HIGH]);
+            sendOn(m_route, midi::kPitchBend, m_slot[MMSLOT_BEND_LOW], m_slot[MMSLOT_BEND_HIGH]);
         }
         if (recorded(MMSLOT_CHANNEL_PRESSURE)) {
-            sendOn(route_, midi::kChannelPressure, slot_[MMSLOT_CHANNEL_PRESSURE], 0);
+            sendOn(m_route, midi::kChannelPressure, m_slot[MMSLOT_CHANNEL_PRESSURE], 0);
         }
     }
 
@@ -131,14 +131,14 @@ private:
                 highSent = true;
             }
             controller(lowController, parameter.low);
-            controller(midi::kDataEntry, slot_[parameter.slot]);
+            controller(midi::kDataEntry, m_slot[parameter.slot]);
         }
     }
 
-    MIDIOUT& player_;
-    int channel_;
-    const std::uint8_t (&slot_)[MMMAP_SLOTS];
-    Route route_;
+    MIDIOUT& m_player;
+    int m_channel;
+    const std::uint8_t (&m_slot)[MMMAP_SLOTS];
+    Route m_route;
 };
 
 void sendMap(MIDIOUT& player) noexcept {

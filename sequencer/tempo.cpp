@@ -11,17 +11,17 @@ constexpr int kTempoFractionBits = 8;
 /// Keeps the old x86 floating-point unit from computing in more precision than a double has.
 class DoublePrecision {
 public:
-    DoublePrecision() noexcept : before_(_controlfp(0, 0)) {
+    DoublePrecision() noexcept : m_before(_controlfp(0, 0)) {
         _controlfp(_PC_53, _MCW_PC);
     }
     ~DoublePrecision() {
-        _controlfp(before_, _MCW_PC);
+        _controlfp(m_before, _MCW_PC);
     }
     DoublePrecision(const DoublePrecision&) = delete;
     DoublePrecision& operator=(const DoublePrecision&) = delete;
 
 private:
-    unsigned before_;
+    unsigned m_before;
 };
 
 /// Microseconds per quarter note after the percentage; below 1 when there is no such tempo.
@@ -38,7 +38,7 @@ double changedTempo(std::uint32_t songTempo, float percent) noexcept {
 } // namespace
 
 void applyTempo(MIDIOUT& player, std::uint32_t songTempo) noexcept {
-    const double changed = changedTempo(songTempo, player.tempoPercent);
+    const double changed = changedTempo(songTempo, loadShared<float>(&player.tempoPercent));
     if (!(changed >= 1.0)) {
         return;
     }

@@ -78,35 +78,35 @@ void resetDevice(MIDIOUT& player, const Request& request) noexcept {
 class OpenFile {
 public:
     explicit OpenFile(const char* name) noexcept
-        : handle_(name == nullptr ? INVALID_HANDLE_VALUE
+        : m_handle(name == nullptr ? INVALID_HANDLE_VALUE
                                   : CreateFileA(name, GENERIC_READ, FILE_SHARE_READ, nullptr,
                                                 OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr)) {}
     ~OpenFile() {
         if (*this) {
-            CloseHandle(handle_);
+            CloseHandle(m_handle);
         }
     }
     OpenFile(const OpenFile&) = delete;
     OpenFile& operator=(const OpenFile&) = delete;
     explicit operator bool() const noexcept {
-        return handle_ != INVALID_HANDLE_VALUE;
+        return m_handle != INVALID_HANDLE_VALUE;
     }
     HANDLE handle() const noexcept {
-        return handle_;
+        return m_handle;
     }
 
 private:
-    HANDLE handle_;
+    HANDLE m_handle;
 };
 
 /// Releases the file copy on every way out of an opening.
 class FileCopy {
 public:
-    explicit FileCopy(MIDIOUT& player) noexcept : player_(player) {}
+    explicit FileCopy(MIDIOUT& player) noexcept : m_player(player) {}
     ~FileCopy() {
-        releaseBlock(player_.fileMem, player_.fileData);
-        player_.fileMem = nullptr;
-        player_.fileData = nullptr;
+        releaseBlock(m_player.fileMem, m_player.fileData);
+        m_player.fileMem = nullptr;
+        m_player.fileData = nullptr;
     }
     FileCopy(const FileCopy&) = delete;
     FileCopy& operator=(const FileCopy&) = delete;
@@ -114,7 +114,7 @@ public:
     bool read(const char* fileName) noexcept;
 
 private:
-    MIDIOUT& player_;
+    MIDIOUT& m_player;
 };
 
 bool FileCopy::read(const char* fileName) noexcept {
@@ -122,18 +122,18 @@ bool FileCopy::read(const char* fileName) noexcept {
     if (!file) {
         return fail(ENGINE_ERR_FILE);
     }
-    player_.fileSize = GetFileSize(file.handle(), nullptr);
-    if (player_.fileSize == INVALID_FILE_SIZE || player_.fileSize == 0) {
+    m_player.fileSize = GetFileSize(file.handle(), nullptr);
+    if (m_player.fileSize == INVALID_FILE_SIZE || m_player.fileSize == 0) {
         return fail(ENGINE_ERR_FILE);
     }
-    const GlobalBlock copy = obtainBlock(GMEM_FIXED | GMEM_ZEROINIT, player_.fileSize);
-    player_.fileMem = copy.mem;
-    player_.fileData = static_cast<std::uint8_t*>(copy.address);
+    const GlobalBlock copy = obtainBlock(GMEM_FIXED | GMEM_ZEROINIT, m_player.fileSize);
+    m_player.fileMem = copy.mem;
+    m_player.fileData = static_cast<std::uint8_t*>(copy.address);
     if (!copy) {
         return fail(ENGINE_ERR_ALLOC);
     }
     DWORD bytesRead = 0;
-    ReadFile(file.handle(), player_.fileData, player_.fileSize, &bytesRead, nullptr);
+    ReadFile(file.handle(), m_player.fileData, m_player.fileSize, &bytesRead, nullptr);
     return bytesRead != 0 || fail(ENGINE_ERR_READ);
 }
 
@@ -143,7 +143,7 @@ bool obtainTable(std::size_t records, HGLOBAL MIDIOUT::*mem, Record* MIDIOUT::*t
                  MIDIOUT& player) noexcept {
     const GlobalBlock block = obtainBlock(GMEM_FIXED | GMEM_ZEROINIT, records * sizeof(Record));
     player.*mem = block.mem;
-    player.*table = static_cast<Record*>(block.address);
+    storeShared(&(player.*table), static_cast<Record*>(block.address));
     return block || fail(ENGINE_ERR_ALLOC);
 }
 
@@ -152,7 +152,7 @@ bool obtainEventBuffer(MIDIOUT& player) noexcept {
     const GlobalBlock block =
         obtainBlock(GMEM_MOVEABLE | GMEM_ZEROINIT, kFirstCapacity * sizeof(MMEVENT));
     player.eventMem = block.mem;
-    player.events = static_cast<MMEVENT*>(block.address);
+    storeShared(&player.events, static_cast<MMEVENT*>(block.address));
     player.eventEnd = player.events;
     return block || fail(ENGINE_ERR_LOCK);
 }
@@ -190,7 +190,7 @@ void clearPatches(MIDIOUT& player) noexcept {
 void setStartValues(MIDIOUT& player, const Request& request) noexcept {
     restartTextTables(player);
     resetLoadingState();
-    player.markerCount = 0;
+    storeShared<std::int16_t>(&player.markerCount, 0);
     player.resetCount = 0;
     player.textLineIndex = kLastTextLine;
     player.beatsPerBar = kDefaultBeat;
@@ -200,7 +200,7 @@ void setStartValues(MIDIOUT& player, const Request& request) noexcept {
     player.lyricPlay = player.lyrics;
     player.chordPlay = player.chords;
     player.info.keySignature = kNoKeySignature;
-    std::memset(player.replaceNotes, 0xFF, sizeof player.replaceNotes);
+    fillShared(player.replaceNotes, 0xFF, sizeof player.replaceNotes);
     if (!request.scanOnly()) {
         setMetronome(player, request.click);
         clearPatches(player);
@@ -244,7 +244,7 @@ bool readHeader(MIDIOUT& player) noexcept {
     if (player.trackCount < 1 || player.trackCount > kMaxTracks) {
         return fail(ENGINE_ERR_FILE);
     }
-    player.division = wordAt(kChunkHeadSize + 4);
+    storeShared<std::int16_t>(&player.division, wordAt(kChunkHeadSize + 4));
     if (player.division < 1 || player.division > kMaxDivision) {
         return fail(ENGINE_ERR_FILE);
     }

@@ -61,26 +61,26 @@ int dataBytesOf(std::uint8_t status) noexcept {
 /// Reads one track. The position and state live in the player's record, where the tables' writers look.
 class TrackReader {
 public:
-    explicit TrackReader(MIDIOUT& player) noexcept : player_(player) {}
+    explicit TrackReader(MIDIOUT& player) noexcept : m_player(player) {}
 
     bool read(MMTRACK& track) noexcept;
 
 private:
     std::uint8_t byteAt(std::uint64_t position) const noexcept {
-        return position < player_.fileSize ? player_.fileData[position] : std::uint8_t{0};
+        return position < m_player.fileSize ? m_player.fileData[position] : std::uint8_t{0};
     }
 
     /// Does not move past the end of the file.
     std::uint8_t readBounded() noexcept {
-        if (player_.readPos >= player_.fileSize) {
+        if (m_player.readPos >= m_player.fileSize) {
             return 0;
         }
-        return player_.fileData[player_.readPos++];
+        return m_player.fileData[m_player.readPos++];
     }
 
     /// Moves on past the end of the file too: an event that is cut off there is kept, with zeros.
     std::uint8_t readData() noexcept {
-        return byteAt(player_.readPos++);
+        return byteAt(m_player.readPos++);
     }
 
     std::uint32_t readVariableLength() noexcept;
@@ -90,54 +90,54 @@ private:
     Outcome readSystemExclusive() noexcept;
     Outcome readMetaEvent() noexcept;
 
-    MIDIOUT& player_;
-    std::uint32_t numberLength_ = 0; ///< bytes of the last variable-length number
+    MIDIOUT& m_player;
+    std::uint32_t m_numberLength = 0; ///< bytes of the last variable-length number
 };
 
 bool TrackReader::read(MMTRACK& track) noexcept {
     const std::uint64_t end = std::uint64_t{track.dataStart} + track.length;
-    player_.eventPos = track.eventPos;
-    player_.readPos = track.readPos;
-    player_.trackTime = track.time;
-    player_.runningStatus = track.runningStatus;
+    m_player.eventPos = track.eventPos;
+    m_player.readPos = track.readPos;
+    m_player.trackTime = track.time;
+    m_player.runningStatus = track.runningStatus;
     g_lyricsRestarted = 0;
-    while (player_.readPos < end) {
+    while (m_player.readPos < end) {
         if (readEvent() == Outcome::Failed) {
             return false;
         }
     }
     track.parsed = 1;
-    track.eventPos = player_.eventPos;
-    track.readPos = player_.readPos;
-    track.time = player_.trackTime;
-    track.runningStatus = player_.runningStatus;
+    track.eventPos = m_player.eventPos;
+    track.readPos = m_player.readPos;
+    track.time = m_player.trackTime;
+    track.runningStatus = m_player.runningStatus;
     return true;
 }
 
 std::uint32_t TrackReader::readVariableLength() noexcept {
     std::uint32_t value = 0;
     std::uint8_t byte = 0;
-    numberLength_ = 0;
+    m_numberLength = 0;
     do {
         byte = readBounded();
         value = value << 7 | (byte & kSevenBits);
-        ++numberLength_;
+        ++m_numberLength;
     } while ((byte & kMoreFollows) != 0);
-    player_.vlqLength = static_cast<std::int16_t>(numberLength_);
+    m_player.vlqLength = static_cast<std::int16_t>(m_numberLength);
     return value;
 }
 
 std::uint8_t TrackReader::readStatus() noexcept {
-    const std::uint8_t byte = byteAt(player_.readPos);
-    if (byte < midi::kStatusBit && player_.runningStatus != kNoRunningStatus) {
-        return static_cast<std::uint8_t>(player_.runningStatus);
+    const std::uint8_t byte = byteAt(m_player.readPos);
+    if (byte < midi::kStatusBit && m_player.runningStatus != kNoRunningStatus) {
+        return static_cast<std::uint8_t>(m_player.runningStatus);
     }
     return readBounded();
 }
 
 Outcome TrackReader::readEvent() noexcept {
-    player_.trackTime += readVariableLength();
-    player_.eventPos = player_.readPos;
+    m_player.trackTime += readVariableLength();
+    m_player.eventPos = m_player.readPos;
     const std::uint8_t status = readStatus();
     Outcome outcome = Outcome::Failed;
     switch (status) {
@@ -153,7 +153,7 @@ Outcome TrackReader::readEvent() noexcept {
         break;
     }
     // A running status without data bytes would stand still for ever.
-    return outcome == Outcome::Done ? doneIf(player_.readPos > player_.eventPos) : outcome;
+    return outcome == Outcome::Done ? doneIf(m_player.readPos > m_player.eventPos) : outcome;
 }
 
 Outcome TrackReader::readMessage(std::uint8_t status) noexcept {
@@ -161,51 +161,51 @@ Outcome TrackReader::readMessage(std::uint8_t status) noexcept {
     if (dataBytes < 0) {
         return failWith(ENGINE_ERR_STATUS);
     }
-    player_.runningStatus = status;
+    m_player.runningStatus = status;
     const std::uint8_t data1 = dataBytes >= 1 ? readData() : std::uint8_t{0};
     const std::uint8_t data2 = dataBytes >= 2 ? readData() : std::uint8_t{0};
     if (g_ccLyrics != 0 && (status & midi::kKindMask) == midi::kController &&
         data1 == midi::kSyllable) {
-        takeSyllable(player_, data2);
+        takeSyllable(m_player, data2);
     }
-    return doneIf(appendEvent(player_, {status, data1, data2, 0, player_.trackTime}));
+    return doneIf(appendEvent(m_player, {status, data1, data2, 0, m_player.trackTime}));
 }
 
 Outcome TrackReader::readSystemExclusive() noexcept {
     std::uint32_t lengthBytes = 1;
-    std::uint32_t length = byteAt(player_.readPos);
+    std::uint32_t length = byteAt(m_player.readPos);
     if (length >= kMoreFollows) {
-        const std::uint8_t second = byteAt(std::uint64_t{player_.readPos} + 1);
+        const std::uint8_t second = byteAt(std::uint64_t{m_player.readPos} + 1);
         if (second >= kMoreFollows) {
             return failWith(ENGINE_ERR_SYSEX);
         }
         length = (length & kSevenBits) << 7 | second;
         lengthBytes = 2;
     }
-    const std::uint64_t last = std::uint64_t{player_.readPos} + lengthBytes + length - 1;
+    const std::uint64_t last = std::uint64_t{m_player.readPos} + lengthBytes + length - 1;
     if (length == 0 || byteAt(last) != midi::kEndOfExclusive) {
         return failWith(ENGINE_ERR_SYSEX);
     }
-    player_.readPos += lengthBytes;
-    const bool taken = takeSystemExclusive(player_, player_.fileData + player_.readPos,
+    m_player.readPos += lengthBytes;
+    const bool taken = takeSystemExclusive(m_player, m_player.fileData + m_player.readPos,
                                            static_cast<std::int32_t>(length));
-    player_.readPos += length;
+    m_player.readPos += length;
     return doneIf(taken);
 }
 
 Outcome TrackReader::readMetaEvent() noexcept {
-    const std::uint32_t start = player_.readPos;
+    const std::uint32_t start = m_player.readPos;
     const std::uint8_t type = readBounded();
     const std::uint64_t length = readVariableLength();
-    const std::uint64_t headSize = std::uint64_t{1} + numberLength_;
-    if (start + headSize + length > player_.fileSize) {
+    const std::uint64_t headSize = std::uint64_t{1} + m_numberLength;
+    if (start + headSize + length > m_player.fileSize) {
         return Outcome::Failed;
     }
     const std::uint64_t seen = std::min<std::uint64_t>(headSize + length, kMaxMetaSize);
     const std::uint64_t dataSeen = seen > headSize ? seen - headSize : 0;
-    const bool taken = takeMetaEvent(player_, type, player_.fileData + start + headSize,
+    const bool taken = takeMetaEvent(m_player, type, m_player.fileData + start + headSize,
                                      static_cast<std::int32_t>(dataSeen));
-    player_.readPos = static_cast<std::uint32_t>(start + headSize + length);
+    m_player.readPos = static_cast<std::uint32_t>(start + headSize + length);
     return doneIf(taken);
 }
 

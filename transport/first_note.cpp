@@ -27,12 +27,12 @@ void pauseFor(std::uint32_t milliseconds) noexcept {
 /// Handles the events before the first note, one after the other.
 class FirstNoteWalk {
 public:
-    explicit FirstNoteWalk(MIDIOUT& player) noexcept : player_(player) {}
+    explicit FirstNoteWalk(MIDIOUT& player) noexcept : m_player(player) {}
 
     /// False when the song has no note.
     bool run() noexcept {
-        for (std::int32_t i = 0; i < player_.eventCount; ++i) {
-            const MMEVENT& event = player_.events[i];
+        for (std::int32_t i = 0; i < m_player.eventCount; ++i) {
+            const MMEVENT& event = m_player.events[i];
             const int kind = event.kind & midi::kKindMask;
             if (kind == midi::kNoteOff || kind == midi::kNoteOn) {
                 standOn(i);
@@ -51,16 +51,16 @@ private:
     void sendInitTextOnce() noexcept;
     void standOn(std::int32_t index) noexcept;
 
-    MIDIOUT& player_;
-    bool initTextSent_ = false;
+    MIDIOUT& m_player;
+    bool m_initTextSent = false;
 };
 
 void FirstNoteWalk::handle(const MMEVENT& event) noexcept {
     if (event.kind == midi::kTempo) {
-        applyTempo(player_, tempoOf(event));
-        postTempo(player_, kBeforeFirstNote);
+        applyTempo(m_player, tempoOf(event));
+        postTempo(m_player, kBeforeFirstNote);
     } else if (event.kind == midi::kTimeSignature) {
-        takeTimeSignature(player_, event);
+        takeTimeSignature(m_player, event);
     } else if (event.kind == midi::kSystemExclusive) {
         sendSystemExclusive(event);
     } else if (event.kind < midi::kSystemExclusive) {
@@ -72,20 +72,20 @@ void FirstNoteWalk::sendChannelMessage(const MMEVENT& event) noexcept {
     sendInitTextOnce();
     switch (event.kind & midi::kKindMask) {
     case midi::kController:
-        takeController(player_, event);
+        takeController(m_player, event);
         break;
     case midi::kProgramChange:
-        sendProgramChange(player_, event.kind & midi::kChannelMask, event.byte1);
+        sendProgramChange(m_player, event.kind & midi::kChannelMask, event.byte1);
         break;
     default:
-        sendUnchanged(player_, event);
+        sendUnchanged(m_player, event);
         break;
     }
     pauseFor(g_eventGap);
 }
 
 void FirstNoteWalk::sendSystemExclusive(const MMEVENT& event) noexcept {
-    const MMSYSEX* const slot = storedMessage(player_, event);
+    const MMSYSEX* const slot = storedMessage(m_player, event);
     if (slot == nullptr || (slot->isReset != 0 && resetsSuppressed()) || slot->isKaraokeText != 0) {
         return;
     }
@@ -93,33 +93,33 @@ void FirstNoteWalk::sendSystemExclusive(const MMEVENT& event) noexcept {
         sendReset(*slot, event);
         return;
     }
-    sendStoredMessage(player_, *slot, event);
+    sendStoredMessage(m_player, *slot, event);
     pauseFor(g_eventGap);
 }
 
 /// Of several resets only the song's last one is sent.
 void FirstNoteWalk::sendReset(const MMSYSEX& slot, const MMEVENT& event) noexcept {
-    --player_.resetCount;
-    if (player_.resetCount > 0) {
+    --m_player.resetCount;
+    if (m_player.resetCount > 0) {
         return;
     }
-    sendStoredMessage(player_, slot, event);
+    sendStoredMessage(m_player, slot, event);
     g_resetTime = timeGetTime();
     pauseSince(g_resetTime, static_cast<std::uint32_t>(g_resetGap));
 }
 
 void FirstNoteWalk::sendInitTextOnce() noexcept {
-    if (g_sendInitText == 1 && !initTextSent_) {
-        SendInitSysEx(player_);
-        initTextSent_ = true;
+    if (g_sendInitText == 1 && !m_initTextSent) {
+        SendInitSysEx(m_player);
+        m_initTextSent = true;
     }
 }
 
 void FirstNoteWalk::standOn(std::int32_t index) noexcept {
-    player_.eventPlay = player_.events + index;
-    player_.eventIndex = index;
-    setPosition(player_, player_.eventPlay->time);
-    player_.click.nextClick = player_.eventPlay->time;
+    m_player.eventPlay = m_player.events + index;
+    m_player.eventIndex = index;
+    setPosition(m_player, m_player.eventPlay->time);
+    m_player.click.nextClick = m_player.eventPlay->time;
     sendInitTextOnce();
     pauseFor(g_firstNoteDelay);
 }
