@@ -2,18 +2,28 @@
 
 import re
 
-from .model import POINTER, VOID, Function, Interface, Record, Unreadable, make_type
+from .model import (
+    HANDLE,
+    POINTER,
+    VOID,
+    Function,
+    Interface,
+    Record,
+    Unreadable,
+    make_type,
+    pointer_to,
+)
 
 TYPES = {
-    "byte": make_type(1, "uc"),
+    "byte": make_type(1, "u"),
     "sbyte": make_type(1, "s"),
     "short": make_type(2, "s"),
     "ushort": make_type(2, "u"),
     "int": make_type(4, "s"),
     "uint": make_type(4, "u"),
     "float": make_type(4, "f"),
-    "IntPtr": POINTER,
-    "UIntPtr": POINTER,
+    "IntPtr": make_type(4, "h", "p"),
+    "UIntPtr": HANDLE,
     "void": VOID,
 }
 RECORD = re.compile(r"(?:\[StructLayout\(([^)]*)\)\]\s*)?public struct (\w+)\s*\{(.*?)\}", re.DOTALL)
@@ -49,7 +59,8 @@ def read(path):
         if options != "CallingConvention = CallingConvention.StdCall, ExactSpelling = true":
             raise Unreadable(f"{name} is not imported as StdCall under its exact name")
         listed = filter(None, re.split(r",\s*", re.sub(r"\s+", " ", parameters).strip()))
-        function = Function(TYPES[result], tuple(map(read_parameter, listed)))
+        arguments = tuple(read_parameter(text, interface.records) for text in listed)
+        function = Function(TYPES[result], arguments)
         interface.functions.setdefault(name, []).append(function)
     return interface
 
@@ -66,11 +77,11 @@ def read_record(name, body, interface):
     return record
 
 
-def read_parameter(text):
+def read_parameter(text, records):
     match = PARAMETER.fullmatch(text)
     if not match:
         raise Unreadable(f"cannot read the parameter '{text}'")
     marshalled, by_reference, kind, array = match.groups()
     if by_reference or array or marshalled:
-        return POINTER
+        return pointer_to(kind) if kind in records else POINTER
     return TYPES[kind]

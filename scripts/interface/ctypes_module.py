@@ -4,7 +4,7 @@ import ctypes
 import importlib.machinery
 import importlib.util
 
-from .model import POINTER, VOID, Field, Function, Interface, Record, Unreadable, make_type
+from .model import VOID, Field, Function, Interface, Record, Unreadable, make_type
 
 KINDS = {
     ctypes.c_char: "c",
@@ -16,7 +16,12 @@ KINDS = {
     ctypes.c_uint16: "u",
     ctypes.c_uint32: "u",
 }
-POINTER_WIDE = (ctypes.c_void_p, ctypes.c_char_p, ctypes.c_size_t, ctypes.c_ssize_t)
+POINTER_WIDE = {
+    ctypes.c_void_p: ("h", "p"),
+    ctypes.c_char_p: ("p",),
+    ctypes.c_size_t: ("h",),
+    ctypes.c_ssize_t: ("h",),
+}
 
 
 def load(path):
@@ -34,8 +39,15 @@ def type_of(kind, native=False):
     if issubclass(kind, ctypes.Structure):
         size = ctypes.sizeof(kind) if native else read_record(kind).size
         return make_type(size, kind.__name__)
-    if kind in POINTER_WIDE or issubclass(kind, (ctypes._Pointer, ctypes._CFuncPtr)):
-        return make_type(8, "pu") if native else POINTER
+    size = ctypes.sizeof(kind) if native else 4
+    if kind in POINTER_WIDE:
+        return make_type(size, *POINTER_WIDE[kind])
+    if issubclass(kind, ctypes._CFuncPtr):
+        return make_type(size, "p")
+    if issubclass(kind, ctypes._Pointer):
+        target = kind._type_
+        is_record = issubclass(target, ctypes.Structure)
+        return make_type(size, f"*{target.__name__}" if is_record else "p")
     raise Unreadable(f"unknown type {kind.__name__}")
 
 

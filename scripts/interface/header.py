@@ -26,7 +26,9 @@ PROBE_TOP = """
 template <class T> constexpr int kindOf() {
     using E = std::remove_all_extents_t<T>;
     if (std::is_void_v<E>) return 'v';
-    if (std::is_pointer_v<E> || std::is_same_v<E, unsigned long> || std::is_same_v<E, long>) return 'p';
+    if (std::is_same_v<E, HMIDIOUT> || std::is_same_v<E, HWND> || std::is_same_v<E, HGLOBAL> ||
+        std::is_same_v<E, unsigned long> || std::is_same_v<E, long>) return 'h';
+    if (std::is_pointer_v<E>) return 'p';
     if (std::is_same_v<E, char>) return 'c';
     if (std::is_floating_point_v<E>) return 'f';
     if (std::is_class_v<E> || std::is_union_v<E>) return 'r';
@@ -39,6 +41,7 @@ template <class F> struct Signature;
 template <class R, class... A> struct Signature<R(CORVMO_CALL*)(A...)> {
     using Result = R;
     static constexpr int count = sizeof...(A);
+    static_assert(count <= 8, "MAX_ARGUMENTS");
     template <int i> using Argument = std::tuple_element_t<i, std::tuple<A..., void>>;
     template <int i> static constexpr int size() {
         if constexpr (i < count) return sizeOf<Argument<i>>(); else return 0;
@@ -95,8 +98,23 @@ def plain_fields(body):
         match = re.search(r"\(\*(\w+)\)\(|(\w+)(?:\s*\[\w+\])?$", declaration)
         if not match:
             raise Unreadable(f"cannot read the field '{declaration}'")
-        kind = declaration.split()[0]
-        yield match[1] or match[2], kind if kind.startswith("MM") and "*" not in declaration else None
+        yield match[1] or match[2], None if match[1] else record_kind(declaration)
+
+
+def record_kind(declaration):
+    """NAME or *NAME where something is declared to be a record of the interface, or to point to one."""
+    match = re.search(r"\b(MM(?!RESULT)[A-Z]+|MIDIOUT|corvmo_(?:output|message|sent))\b(\*?)", declaration)
+    return match[2] + match[1] if match else None
+
+
+def function_record_kinds(text):
+    """Name: kinds of its result and arguments, as record_kind tells them."""
+    found = {}
+    pattern = r"^([\w* ]+?) (?:CORVMO_CALL )?(\w+)\(([^;{}]*)\);"
+    for result, name, arguments in re.findall(pattern, text, re.MULTILINE):
+        flat = re.sub(r"\([^()]*\)\([^()]*\)", "pointer", arguments)
+        found[name] = [record_kind(part) for part in [result, *flat.split(",")]]
+    return found
 
 
 def probe_source(includes, records, functions, constants):
@@ -116,8 +134,8 @@ def probe_source(includes, records, functions, constants):
     for name in functions:
         signature = f"Signature<decltype(&{name})>"
         lines.append(
-            f'EMIT4("function {name}", {signature}::count, sizeOf<{signature}::Result>(), '
-            f"kindOf<{signature}::Result>(), 0);"
+            f'EMIT2("function {name}", sizeOf<{signature}::Result>(), '
+            f"kindOf<{signature}::Result>());"
         )
         for index in range(MAX_ARGUMENTS):
             lines.append(
@@ -155,6 +173,7 @@ def read(top, compiler, on_windows):
         functions += linux_function_names(linux_text)
         text += linux_text
     records = record_fields(text)
+    named = function_record_kinds(text)
     source = probe_source(includes, records, functions, constants)
     interface = Interface()
     record_types = {(r, f): kind for r, fields in records.items() for f, _, kind in fields}
@@ -171,13 +190,15 @@ def read(top, compiler, on_windows):
         elif what == "record":
             interface.records[name].size = int(words[0])
         elif what == "function":
-            count, size, kind = map(int, words[:3])
-            result = make_type(size, chr(kind)) if size else VOID
-            interface.functions[name] = [(count, result)]
+            size, kind = map(int, words)
+            result = make_type(size, named[name][0] or chr(kind)) if size else VOID
+            interface.functions[name] = [result]
         elif what == "argument":
-            arguments[name].append(make_type(int(words[1]), chr(int(words[2]))))
+            index, size, kind = map(int, words)
+            if size:
+                arguments[name].append(make_type(size, named[name][1 + index] or chr(kind)))
         elif what == "lock":
             interface.lock_size = int(words[0])
-    for name, [(count, result)] in interface.functions.items():
-        interface.functions[name] = [Function(result, tuple(arguments[name][:count]))]
+    for name, [result] in interface.functions.items():
+        interface.functions[name] = [Function(result, tuple(arguments[name]))]
     return interface

@@ -1,7 +1,8 @@
 """What a declaration of the interface says, whatever language it is written in, and how two compare.
 
-A kind tells how a value is read: p pointer-wide, s signed, u unsigned, c character, f floating point,
-v none, or the name of a record. A language that cannot tell two of them apart offers both.
+A kind tells how a value is read: s signed, u unsigned, c character, f floating point, h handle or integer
+as wide as a pointer, p pointer, *NAME pointer to that record, NAME that record itself, v none. A language
+that cannot tell some of them apart offers them all; one that says p means any pointer.
 """
 
 from dataclasses import dataclass, field
@@ -20,12 +21,17 @@ class Type:
         return f"{'/'.join(sorted(self.kinds))}{self.size}"
 
 
-def make_type(size, kinds):
-    return Type(size, frozenset([kinds] if len(kinds) > 3 else kinds))
+def make_type(size, *kinds):
+    return Type(size, frozenset(kinds))
 
 
 VOID = make_type(0, "v")
 POINTER = make_type(4, "p")
+HANDLE = make_type(4, "h")
+
+
+def pointer_to(record):
+    return make_type(4, f"*{record}")
 
 
 @dataclass(frozen=True)
@@ -68,7 +74,10 @@ def same_type(truth, other):
         return truth == other
     if truth.size != other.size:
         return False
-    return bool(truth.kinds & other.kinds) or (truth.kinds == {"c"} and "u" in other.kinds)
+    (kind,) = truth.kinds
+    if kind == "c":
+        return bool(other.kinds & {"c", "u"})
+    return kind in other.kinds or (kind.startswith("*") and "p" in other.kinds)
 
 
 def compare(truth, other):

@@ -2,7 +2,17 @@
 
 import re
 
-from .model import POINTER, VOID, Function, Interface, Record, Unreadable, make_type
+from .model import (
+    HANDLE,
+    POINTER,
+    VOID,
+    Function,
+    Interface,
+    Record,
+    Unreadable,
+    make_type,
+    pointer_to,
+)
 
 TYPES = {
     "Byte": make_type(1, "u"),
@@ -36,9 +46,9 @@ def read(path):
     interface = Interface()
     types = dict(TYPES)
     for name in re.findall(r"^  (\w+) = TCorvmoHandle;", text, re.MULTILINE) + ["TCorvmoHandle"]:
-        types[name] = POINTER
-    for name in re.findall(r"^  (P\w+) = \^\w+;", text, re.MULTILINE):
-        types[name] = POINTER
+        types[name] = HANDLE
+    for name, target in re.findall(r"^  (P\w+) = \^(\w+);", text, re.MULTILINE):
+        types[name] = POINTER if target in types else pointer_to(target)
     constants, _, rest = text.partition("\ntype\n")
     for name, value in CONSTANT.findall(constants):
         interface.constants[name] = number(value)

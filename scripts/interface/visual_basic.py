@@ -2,12 +2,22 @@
 
 import re
 
-from .model import POINTER, VOID, Field, Function, Interface, Record, Unreadable, make_type
+from .model import (
+    POINTER,
+    VOID,
+    Field,
+    Function,
+    Interface,
+    Record,
+    Unreadable,
+    make_type,
+    pointer_to,
+)
 
 TYPES = {
-    "Byte": make_type(1, "usc"),
-    "Integer": make_type(2, "su"),
-    "Long": make_type(4, "sup"),
+    "Byte": make_type(1, "u", "s", "c"),
+    "Integer": make_type(2, "s", "u"),
+    "Long": make_type(4, "s", "u", "h", "p"),
     "Single": make_type(4, "f"),
 }
 CONSTANT = re.compile(r"^Public Const (\w+) As Long = (\S+)$", re.MULTILINE)
@@ -45,7 +55,8 @@ def read(path):
         interface.records[name] = read_type(name, body, interface.records)
     read_places(commented, interface)
     for kind, name, parameters, result in DECLARE.findall(text):
-        arguments = tuple(map(read_parameter, filter(None, parameters.split(", "))))
+        listed = filter(None, parameters.split(", "))
+        arguments = tuple(read_parameter(text, interface.records) for text in listed)
         if (kind == "Sub") != (result == ""):
             raise Unreadable(f"{name} is a {kind} and answers '{result}'")
         function = Function(TYPES[result] if result else VOID, arguments)
@@ -83,11 +94,11 @@ def read_type(name, body, records):
     return record
 
 
-def read_parameter(text):
+def read_parameter(text, records):
     match = PARAMETER.fullmatch(text.strip())
     if not match:
         raise Unreadable(f"cannot read the parameter '{text}'")
     by_value, kind = match.groups()
     if not by_value or kind == "String":
-        return POINTER
+        return pointer_to(kind) if kind in records else POINTER
     return TYPES[kind]
