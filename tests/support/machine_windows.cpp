@@ -11,7 +11,7 @@
 #include <utility>
 
 #include "tests/support/import_table.h"
-#include "tests/support/machine.h"
+#include "tests/support/machine_windows.h"
 
 namespace {
 
@@ -99,6 +99,12 @@ MMRESULT WINAPI resetOutput(HMIDIOUT device) {
     return MMSYSERR_NOERROR;
 }
 
+void callObserver(int index) {
+    if (void (*const observer)() = machine::output(index).onMessage) {
+        observer();
+    }
+}
+
 std::size_t shortLength(DWORD message) {
     const DWORD kind = message & 0xF0;
     return kind == 0xC0 || kind == 0xD0 ? 2 : 3;
@@ -110,6 +116,7 @@ MMRESULT WINAPI shortMessage(HMIDIOUT device, DWORD message) {
         return MMSYSERR_INVALHANDLE;
     }
     record(index, &message, shortLength(message));
+    callObserver(index);
     return machine::output(index).shortResult;
 }
 
@@ -134,6 +141,7 @@ MMRESULT WINAPI longMessage(HMIDIOUT device, MIDIHDR* header, UINT) {
         return MIDIERR_UNPREPARED;
     }
     record(index, header->lpData, header->dwBufferLength);
+    callObserver(index);
     header->dwFlags |= MHDR_DONE;
     return MMSYSERR_NOERROR;
 }
@@ -160,7 +168,7 @@ TIMECAPS limits{};
 template <typename Function>
 Function* systemFunction(const char* library, const char* name) {
     return reinterpret_cast<Function*>(
-        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA(library), name)));
+        reinterpret_cast<void*>(GetProcAddress(LoadLibraryA(library), name)));
 }
 
 #define SYSTEM_FUNCTION(library, name)                                                             \
@@ -261,7 +269,23 @@ const void* address(Function* function) {
     return reinterpret_cast<const void*>(function);
 }
 
-void patchImports() {
+void setUpMachine(int outputs) {
+    [[maybe_unused]] static const bool kPatched = machine::takeOver(GetModuleHandleA(nullptr));
+    outputCount = static_cast<UINT>(outputs);
+    for (int i = 0; i < outputs; ++i) {
+        doubles.at(static_cast<std::size_t>(i)) = std::make_unique<OutputDouble>();
+    }
+    passed = 0;
+    machine::takeSent();
+    testWindow =
+        CreateWindowExA(0, "STATIC", "", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
+}
+
+} // namespace
+
+namespace machine {
+
+bool takeOver(HMODULE module) {
     const std::pair<const char*, const void*> replacements[] = {
         {"midiOutGetNumDevs", address(getNumDevs)},
         {"midiOutOpen", address(openOutput)},
@@ -285,26 +309,12 @@ void patchImports() {
         {"timeSetEvent", address(setEvent)},
         {"timeKillEvent", address(killEvent)},
     };
+    bool all = true;
     for (const auto& [name, function] : replacements) {
-        replaceImport(GetModuleHandleA(nullptr), name, function);
+        all = replaceImport(module, name, function) != nullptr && all;
     }
+    return all;
 }
-
-void setUpMachine(int outputs) {
-    [[maybe_unused]] static const bool kPatched = (patchImports(), true);
-    outputCount = static_cast<UINT>(outputs);
-    for (int i = 0; i < outputs; ++i) {
-        doubles.at(static_cast<std::size_t>(i)) = std::make_unique<OutputDouble>();
-    }
-    passed = 0;
-    machine::takeSent();
-    testWindow =
-        CreateWindowExA(0, "STATIC", "", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
-}
-
-} // namespace
-
-namespace machine {
 
 void setUp(int outputs) {
     realTime = false;
