@@ -17,7 +17,8 @@
  * PLAYERS
  *   Two players, MM1 and MM2, are each bound to a MIDI output and named by that output's handle, as
  *   mm_InitEngine hands them out. A handle that equals player 1's selects player 1; every other handle
- *   selects player 2, also one that belongs to nobody.
+ *   selects player 2, also one that belongs to nobody. A player without an output has the handle 0. When
+ *   both handles are equal, they select player 1, and player 2 answers to the others.
  *
  * THREADS
  *   One periodic timer, on a thread of the system's, plays both players. Every call below may be made
@@ -70,7 +71,8 @@ extern "C" {
 /* ---- engine ---- */
 
 /** Starts the engine: opens every MIDI output (at most 32), binds the players, starts the timer.
- *  @param settings  read during the call; null, or a null lock in it, answers 0 and does nothing
+ *  @param settings  read during the call; null, or a null lock in it, answers 0 and does nothing. The
+ *                   lock must live until mm_EndEngine has returned, after a failed start-up too.
  *  @param player1   receives player 1's handle, 0 without a device; may be null
  *  @param player2   receives player 2's handle, 0 when it has no device; may be null
  *  @return 1 = started; 0 = not started: ENGINE_ERR_TIMER, ENGINE_ERR_ALLOC or ENGINE_ERR_LOCK, or no
@@ -146,7 +148,8 @@ void CORVMO_CALL mm_SetChannelOut(HMIDIOUT player, int16_t channel, int16_t outp
                                   int16_t silence);
 
 /** @param player  player handle
- *  @return the address of the 16 output channels, by song channel. Guards: none. */
+ *  @return the address of the 16 output channels, by song channel. A host may also write them; their low
+ *          four bits count. Guards: none. */
 uint8_t* CORVMO_CALL mm_GetChannelOut(HMIDIOUT player);
 
 /** @param player  player handle
@@ -169,7 +172,7 @@ MMEVENT* CORVMO_CALL mm_GetPointerEvents(HMIDIOUT player, int32_t index);
 int16_t CORVMO_CALL mm_GetNumLyrics(HMIDIOUT player);
 
 /** Shortens (or restores) the lyric table: only lyrics below the count are announced.
- *  @param count  held within 0 and MM_MAX_LYRICS. Guards: waits. */
+ *  @param count  held within 0 and MM_MAX_LYRICS; without a song it stays 0. Guards: waits. */
 void CORVMO_CALL mm_SetNumLyrics(HMIDIOUT player, int16_t count);
 
 /** @param index  0 to mm_GetNumLyrics - 1; not checked
@@ -180,7 +183,7 @@ MMLYRIC* CORVMO_CALL mm_GetPointerLyrics(HMIDIOUT player, int16_t index);
 int16_t CORVMO_CALL mm_GetNumChords(HMIDIOUT player);
 
 /** Shortens (or restores) the chord table: only chords below the count are announced.
- *  @param count  held within 0 and MM_MAX_CHORDS. Guards: waits. */
+ *  @param count  held within 0 and MM_MAX_CHORDS; without a song it stays 0. Guards: waits. */
 void CORVMO_CALL mm_SetNumChords(HMIDIOUT player, int16_t count);
 
 /** @param index  0 to mm_GetNumChords - 1; not checked
@@ -212,15 +215,16 @@ MMINFO* CORVMO_CALL mm_GetInfo(HMIDIOUT player);
 void CORVMO_CALL mm_SetOptions(HMIDIOUT player, uint32_t options);
 
 /** Names the window that receives the notifications of both players.
- *  @param window  may be null. Guards: waits. */
+ *  @param window  null = nothing is posted. Guards: waits. */
 void CORVMO_CALL mm_SetWindow(HWND window);
 
 /** @return the window that receives the notifications. */
 HWND CORVMO_CALL mm_GetWindow(void);
 
 /* ---- channel settings ----
- * Stored in the player's record until it is closed and applied to everything that is played from then on;
- * opening a song clears patch overrides and note replacements and keeps the rest. */
+ * Stored in the player's record until it is closed and applied to everything that is played from then on.
+ * Opening a song that is not only scanned takes the program out of every patch override; every opening
+ * clears the note replacements. All other settings that were stored since the last closing stay. */
 
 /** Overrides a channel's instrument. Nothing is sent: the override acts from the channel's next program
  *  change on (mm_SetMIDIPatch changes the sound at once).
@@ -255,7 +259,8 @@ void CORVMO_CALL mm_SetChorus(HMIDIOUT player, int16_t channel, int16_t value);
 void CORVMO_CALL mm_SetVelocity(HMIDIOUT player, int16_t channel, int16_t value);
 
 /** @param outputChannel  output channel, not song channel
- *  @param value          not 0 = notes sent there are not moved by any transposition. Guards: waits. */
+ *  @param value          not 0 = notes sent there are moved neither by the transpositions nor by the key
+ *                        shift. Guards: waits. */
 void CORVMO_CALL mm_SetNoTranspose(HMIDIOUT player, int16_t outputChannel, int16_t value);
 
 /** Mutes a channel's notes; its controllers still go out and its notifications are still posted.
@@ -324,7 +329,8 @@ int16_t CORVMO_CALL mm_Scan(HMIDIOUT player, const char* fileName);
 
 /** Halts the player, frees its song and clears its record, all settings and play ranges included; then
  *  releases the pedals, resets the controllers and silences the 16 routes that the song used, and routes
- *  every channel back to the player's own output. On a player without a song it only silences.
+ *  every channel back to the player's own output, on its own number. The player's handle and mode stay.
+ *  On a player without a song there is nothing to free; the rest is the same.
  *  Guards: lock, claims. */
 void CORVMO_CALL mm_Close(HMIDIOUT player);
 
@@ -345,8 +351,9 @@ void CORVMO_CALL mm_SendMap(HMIDIOUT player, uint32_t tick);
 
 /* ---- transport ---- */
 
-/** Starts or continues playing at the song position. A player without a song stays halted; a song without
- *  play ranges gets the whole song once (see mm_SetLoop). Guards: lock, waits. */
+/** Starts or continues playing at the song position; nothing is sent before the next timer period. A
+ *  player without a song stays halted; a song without play ranges gets those of mm_SetLoop with null.
+ *  Guards: lock, waits. */
 void CORVMO_CALL mm_StartSync(HMIDIOUT player);
 
 /** The same as mm_StartSync. Guards: lock, waits. */
@@ -359,7 +366,10 @@ void CORVMO_CALL mm_StopSync(HMIDIOUT player);
 void CORVMO_CALL mm_PauseSync(HMIDIOUT player);
 
 /** Sends everything that the song sets before its first note, with the pauses of MMINIT, and puts the
- *  position on that note. Blocks the caller for the pauses. Only while the player is halted.
+ *  position on that note (or note-off); mm_StartSync plays it. The init text goes out before the first
+ *  channel message or the note. Of the song's reset messages only the last one goes out, if it lies
+ *  before the note; called again for the same song, it sends each of them. Karaoke texts are left out.
+ *  Blocks the caller for the pauses. Only while the player is halted; the host's own thread.
  *  @return 1 = the position stands on the first note; 0 = the song has none, the position is unchanged.
  *  Guards: none. */
 int16_t CORVMO_CALL mm_PlayFirstNote(HMIDIOUT player);
@@ -380,18 +390,21 @@ void CORVMO_CALL mm_SetLoop(HMIDIOUT player, const MMLOOP* table);
 
 /** Replaces the plan from the range now playing on: it plays to its end once more, then the song goes on
  *  at another tick to its end, or ends.
- *  @param newEnd     tick at which the range now playing ends; MMLOCATOR_KEEP_END keeps it
+ *  @param newEnd     tick at which the range now playing ends; MMLOCATOR_KEEP_END keeps it, as does a
+ *                    range whose endLocked is set
  *  @param nextStart  tick at which playing goes on; MMLOCATOR_NO_NEXT = the song ends there, and a later
  *                    call cannot change the end again
  *  Guards: lock, claims. */
 void CORVMO_CALL mm_SetNextLocator(HMIDIOUT player, uint32_t newEnd, uint32_t nextStart);
 
-/** Halts the player and puts its position to 0. Sends nothing (mm_StopSync silences); tempo, play ranges
- *  and settings stay. Guards: lock, claims. */
+/** Halts the player and puts its position to 0; posts MMN_POSITION, MMN_CHORD and MMN_LYRIC in this order,
+ *  each by its option. Sends nothing (mm_StopSync silences); tempo, time signature, settings and play
+ *  ranges stay, with the passes already counted down (mm_SetLoop begins them anew).
+ *  Guards: lock, claims. */
 void CORVMO_CALL mm_RewindSync(HMIDIOUT player);
 
-/** Starts a fade-in: from the next timer period on the curve scales the velocity of every note. It ends
- *  itself, and hides a fade-out while it runs.
+/** Starts a fade-in: from the next timer period on the curve scales the velocity of every note. Its time
+ *  runs while the player plays. It ends itself, and hides a fade-out while it runs.
  *  @param fade  curve; active, level and time are the engine's. Guards: claims. */
 void CORVMO_CALL mm_SetFadeIn(HMIDIOUT player, const MMFADE* fade);
 

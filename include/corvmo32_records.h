@@ -54,7 +54,7 @@ enum {
 
 /** Settings of mm_InitEngine, filled by the host and read once. */
 typedef struct MMINIT {
-    HWND hwnd;             /**< window that receives the notifications; may be null */
+    HWND hwnd;             /**< window that receives the notifications; null = nothing is posted */
     int16_t timerPeriod;   /**< wanted timer period in milliseconds; held within what the timer can
                                     do: 0 becomes the shortest period, a negative one the longest */
     uint16_t reserved1;    /**< not read */
@@ -72,12 +72,15 @@ typedef struct MMINIT {
                                     the state is recorded but not sent */
     CRITICAL_SECTION* lock; /**< the host's initialised lock, which must live until mm_EndEngine has
                                     returned; the engine only enters and leaves it */
-    int16_t sendInitText;   /**< 1 = mm_PlayFirstNote sends the init text once; else never */
+    int16_t sendInitText;   /**< 1 = every mm_PlayFirstNote sends the init text, once; else never */
     const char*
         initSysExText;       /**< 1024 readable bytes, copied: lines of hexadecimal digit pairs, one
-                                    system-exclusive message a line; null = no text */
+                                    system-exclusive message a line, sent as it stands; spaces and
+                                    an odd last digit do not count; CR, LF or both end a line, a
+                                    zero byte the text (the last byte counts as zero); null = none */
     uint32_t firstNoteDelay; /**< milliseconds that mm_PlayFirstNote waits at its end */
-    uint32_t eventGap;       /**< milliseconds that mm_PlayFirstNote waits after each message */
+    uint32_t eventGap;       /**< milliseconds that mm_PlayFirstNote waits after each message of the
+                                    song, bank selects that it only stores included */
 } MMINIT;
 
 /** One timed event of a song. Written while a song is opened. */
