@@ -1,4 +1,5 @@
-/* The codes that mm_GetLastError() answers. The numbers form one range with gaps; a code stays until
+/** @file
+ * The codes that mm_GetLastError() answers. The numbers form one range with gaps; a code stays until
  * the next failure replaces it, success never clears it.
  */
 #ifndef CORVMO32_ERRORS_H

@@ -1,4 +1,5 @@
-/* The channel map: the state that a song has given the 16 channels before a tick.
+/** @file
+ * The channel map: the state that a song has given the 16 channels before a tick.
  *
  * Built by mm_CreateMap and at every jump between play ranges, sent by mm_SendMap and at every jump,
  * read through mm_GetMap. Every byte is 0xFF where the song set nothing. Before the first build, and
@@ -9,9 +10,11 @@
 
 #include <stdint.h>
 
-/** Marks a map slot, map tempo or map time signature that the song did not set (in its width). */
+/** Marks a map slot that the song did not set. */
 #define MMMAP_NONE8 0xFFu
+/** Marks a map time signature that the song did not set. */
 #define MMMAP_NONE16 0xFFFFu
+/** Marks a map tempo that the song did not set. */
 #define MMMAP_NONE32 0xFFFFFFFFu
 
 /** Slots of a channel's record. Where two slots follow each other for one controller, the second is

@@ -1,4 +1,5 @@
-/* The messages that the engine posts to the host's window (MMINIT.hwnd, mm_SetWindow).
+/** @file
+ * The messages that the engine posts to the host's window (MMINIT.hwnd, mm_SetWindow).
  *
  * They are posted, never sent: the engine does not wait for the window, and a message that the
  * window's queue cannot take is lost. A notification with an option bit is posted only while the bit

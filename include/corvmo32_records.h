@@ -1,4 +1,5 @@
-/* The records that cross the interface.
+/** @file
+ * The records that cross the interface.
  *
  * All are packed and little-endian; on 32-bit targets their offsets are fixed and part of the
  * interface, on 64-bit builds pointers and handles are native. "Host" below names the fields that the
@@ -124,7 +125,7 @@ typedef struct MMSYSEX {
             uint8_t* ptr;   /**< ownBlock 1: the message */
             int16_t length; /**< ownBlock 1: its length in bytes, the F0 included */
         } block;
-    } message;
+    } message;              /**< the message or where it lies */
     uint16_t isReset;       /**< 1 = the GM, GS or XG reset message */
     uint16_t ownBlock;      /**< 1 = longer than 96 bytes, in a block of its own */
     uint16_t isKaraokeText; /**< 1 = a karaoke text message; mm_PlayFirstNote does not send it */

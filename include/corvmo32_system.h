@@ -1,4 +1,5 @@
-/* The system types that cross the interface.
+/** @file
+ * The system types that cross the interface.
  *
  * On Windows they are the system's own. Elsewhere the same names stand for opaque handles of the
  * project's platform layer; its host header, corvmo32_linux.h, makes and destroys them.
