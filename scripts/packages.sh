@@ -6,7 +6,7 @@ packages_play="g++ cmake ninja-build pkg-config libfluidsynth-dev libasound2-dev
 # To run the tests beside that.
 packages_test="libgtest-dev libgmock-dev python3 abcmidi midicsv fp-compiler mono-mcs"
 # To check the code as CI does.
-packages_check="clang clang-format clang-tidy libclang-rt-dev g++-mingw-w64-i686 binutils-mingw-w64-i686
+packages_check="clang clang-format clang-tidy libclang-rt-dev g++-mingw-w64-i686 binutils-mingw-w64-i686 googletest
     llvm lld doxygen"
 
 missing_packages() {
