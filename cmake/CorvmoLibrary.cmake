@@ -14,14 +14,14 @@ if(WIN32)
     target_include_directories(corvmo32 PRIVATE ${PROJECT_SOURCE_DIR})
     # Exports carry undecorated names although the functions are __stdcall; the import library still
     # offers the decorated symbols that a __stdcall declaration asks for.
-    set(corvmo_implib ${PROJECT_BINARY_DIR}/libcorvmo32.dll.a)
     target_link_libraries(corvmo32 PRIVATE winmm)
     # Without a time stamp the same sources give the same file.
     target_link_options(corvmo32 PRIVATE ${corvmo_def} -Wl,--kill-at -Wl,--no-insert-timestamp)
     set_target_properties(corvmo32 PROPERTIES PREFIX "" LINK_DEPENDS ${corvmo_def})
     add_custom_command(TARGET corvmo32 POST_BUILD
         COMMAND ${CMAKE_DLLTOOL} --kill-at --input-def ${corvmo_def} --dllname corvmo32.dll
-                --output-lib ${corvmo_implib}
+                --output-lib libcorvmo32.dll.a --temp-prefix corvmo32
+        WORKING_DIRECTORY ${PROJECT_BINARY_DIR}
         COMMENT "Import library of corvmo32.dll" VERBATIM)
 else()
     add_library(corvmo32 SHARED $<TARGET_OBJECTS:corvmo_engine> $<TARGET_OBJECTS:corvmo_platform>)
