@@ -30,7 +30,7 @@ std::int32_t CORVMO_CALL mm_GetNumEvents(HMIDIOUT player) {
 }
 
 MMEVENT* CORVMO_CALL mm_GetPointerEvents(HMIDIOUT player, std::int32_t index) {
-    return entryOf(selectPlayer(player).events, index);
+    return entryOf(loadShared<MMEVENT*>(&selectPlayer(player).events), index);
 }
 
 std::int16_t CORVMO_CALL mm_GetNumLyrics(HMIDIOUT player) {
@@ -40,13 +40,14 @@ std::int16_t CORVMO_CALL mm_GetNumLyrics(HMIDIOUT player) {
 void CORVMO_CALL mm_SetNumLyrics(HMIDIOUT handle, std::int16_t count) {
     MIDIOUT& player = selectPlayer(handle);
     if (waitUntilIdle()) {
-        storeShared<std::int16_t>(&player.lyricCount,
-                                  countWithin(player.lyrics, count, MM_MAX_LYRICS));
+        storeShared<std::int16_t>(
+            &player.lyricCount,
+            countWithin(loadShared<MMLYRIC*>(&player.lyrics), count, MM_MAX_LYRICS));
     }
 }
 
 MMLYRIC* CORVMO_CALL mm_GetPointerLyrics(HMIDIOUT player, std::int16_t index) {
-    return entryOf(selectPlayer(player).lyrics, index);
+    return entryOf(loadShared<MMLYRIC*>(&selectPlayer(player).lyrics), index);
 }
 
 std::int16_t CORVMO_CALL mm_GetNumChords(HMIDIOUT player) {
@@ -56,13 +57,14 @@ std::int16_t CORVMO_CALL mm_GetNumChords(HMIDIOUT player) {
 void CORVMO_CALL mm_SetNumChords(HMIDIOUT handle, std::int16_t count) {
     MIDIOUT& player = selectPlayer(handle);
     if (waitUntilIdle()) {
-        storeShared<std::int16_t>(&player.chordCount,
-                                  countWithin(player.chords, count, MM_MAX_CHORDS));
+        storeShared<std::int16_t>(
+            &player.chordCount,
+            countWithin(loadShared<MMCHORD*>(&player.chords), count, MM_MAX_CHORDS));
     }
 }
 
 MMCHORD* CORVMO_CALL mm_GetPointerChords(HMIDIOUT player, std::int16_t index) {
-    return entryOf(selectPlayer(player).chords, index);
+    return entryOf(loadShared<MMCHORD*>(&selectPlayer(player).chords), index);
 }
 
 std::int16_t CORVMO_CALL mm_GetNumMarkers(HMIDIOUT player) {
@@ -70,7 +72,7 @@ std::int16_t CORVMO_CALL mm_GetNumMarkers(HMIDIOUT player) {
 }
 
 MMMARKER* CORVMO_CALL mm_GetPointerMarkers(HMIDIOUT player, std::int16_t index) {
-    return entryOf(selectPlayer(player).markers, index);
+    return entryOf(loadShared<MMMARKER*>(&selectPlayer(player).markers), index);
 }
 
 std::uint32_t CORVMO_CALL mm_GetTempo(HMIDIOUT player) {

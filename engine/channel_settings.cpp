@@ -1,5 +1,6 @@
 // The exports that store a host's channel settings; the event output applies them.
-#include <cstring>
+#include <cstddef>
+#include <iterator>
 
 #include "corvmo32.h"
 #include "engine/globals.h"
@@ -52,7 +53,10 @@ void CORVMO_CALL mm_SetReplaceNotes(HMIDIOUT handle, std::int16_t channel, const
         return;
     }
     silenceIfAsked(player, channel, silence);
-    std::memcpy(player.replaceNotes, pairs, sizeof player.replaceNotes);
+    for (std::size_t i = 0; i < std::size(player.replaceNotes); ++i) {
+        storeShared(&player.replaceNotes[i].from, pairs[i].from);
+        storeShared(&player.replaceNotes[i].to, pairs[i].to);
+    }
 }
 
 void CORVMO_CALL mm_SetVolume(HMIDIOUT player, std::int16_t channel, std::int16_t value) {

@@ -5,6 +5,7 @@
 #include "engine/globals.h"
 #include "engine/guards.h"
 #include "engine/midi.h"
+#include "engine/shared_field.h"
 #include "song/song.h"
 
 namespace {
@@ -16,14 +17,18 @@ bool failGrowth() noexcept {
     return false;
 }
 
+void setEventCount(MIDIOUT& player, std::int32_t count) noexcept {
+    storeShared<std::int32_t>(&player.eventCount, count);
+}
+
 /// A buffer without an address can neither be read nor, later, be given back.
 void dropEvents(MIDIOUT& player) noexcept {
     GlobalUnlock(player.eventMem);
     GlobalFree(player.eventMem);
     player.eventMem = nullptr;
-    player.events = nullptr;
+    storeShared<MMEVENT*>(&player.events, nullptr);
     player.eventEnd = nullptr;
-    player.eventCount = 0;
+    setEventCount(player, 0);
 }
 
 bool growEvents(MIDIOUT& player) noexcept {
@@ -40,7 +45,7 @@ bool growEvents(MIDIOUT& player) noexcept {
         return failGrowth();
     }
     player.eventMem = mem;
-    player.events = static_cast<MMEVENT*>(GlobalLock(mem));
+    storeShared(&player.events, static_cast<MMEVENT*>(GlobalLock(mem)));
     if (player.events == nullptr) {
         dropEvents(player);
         return failGrowth();
@@ -74,7 +79,7 @@ bool endOnBeat(MIDIOUT& player) noexcept {
 void cutAfterLastNote(MIDIOUT& player) noexcept {
     for (std::int32_t i = player.eventCount - 1; i >= 0; --i) {
         if (isNote(player.events[i])) {
-            player.eventCount = i + 1;
+            setEventCount(player, i + 1);
             player.eventEnd = player.events + player.eventCount;
             return;
         }
@@ -88,7 +93,7 @@ bool appendEvent(MIDIOUT& player, const MMEVENT& event) noexcept {
         return false;
     }
     *player.eventEnd++ = event;
-    ++player.eventCount;
+    setEventCount(player, player.eventCount + 1);
     return true;
 }
 

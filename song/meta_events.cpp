@@ -8,6 +8,7 @@
 #include "engine/globals.h"
 #include "engine/midi.h"
 #include "engine/notifications.h"
+#include "engine/shared_field.h"
 #include "song/song.h"
 #include "song/text_parts.h"
 
@@ -145,9 +146,10 @@ void takeMarker(MIDIOUT& player, std::string_view text) noexcept {
     if (player.markerCount + 1 >= MM_MAX_MARKERS || text.empty()) {
         return;
     }
-    MMMARKER& marker = player.markers[player.markerCount++];
+    MMMARKER& marker = player.markers[player.markerCount];
     marker.time = player.trackTime;
     std::memcpy(marker.text, text.data(), std::min(text.size(), sizeof marker.text));
+    storeShared(&player.markerCount, static_cast<std::int16_t>(player.markerCount + 1));
 }
 
 bool takeTempo(MIDIOUT& player, const std::uint8_t* data, std::int32_t length) noexcept {

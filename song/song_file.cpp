@@ -1,5 +1,6 @@
 // Opening a song: reads the file, checks its header, lists and parses its tracks, and gives every per-song
 // field its starting value.
+#include <atomic>
 #include <cstdlib>
 #include <cstring>
 #include <iterator>
@@ -30,6 +31,25 @@ constexpr std::uint32_t kDefaultTempo = 500000; ///< microseconds per quarter no
 constexpr std::int32_t kNoKeySignature = -1;
 constexpr std::int16_t kDefaultBeat = 4;
 constexpr std::int16_t kLastTextLine = 3;
+
+constexpr DWORD kOpeningPause = 1; ///< milliseconds
+
+std::atomic<bool> openingUnderWay;
+
+/// Openings wait for each other: the globals in which a song's words are gathered serve one at a time.
+class OpeningGuard {
+public:
+    OpeningGuard() noexcept {
+        while (openingUnderWay.exchange(true, std::memory_order_acquire)) {
+            Sleep(kOpeningPause);
+        }
+    }
+    ~OpeningGuard() {
+        openingUnderWay.store(false, std::memory_order_release);
+    }
+    OpeningGuard(const OpeningGuard&) = delete;
+    OpeningGuard& operator=(const OpeningGuard&) = delete;
+};
 
 /// What mm_Open was asked for.
 struct Request {
@@ -66,12 +86,12 @@ void resetDevice(MIDIOUT& player, const Request& request) noexcept {
     }
     const bool suppressed = g_noResetFlag != 0 && request.noReset != 0;
     if (g_resetOnOpen == 0 || suppressed) {
-        g_resetTime = 0;
+        storeShared<std::uint32_t>(&g_resetTime, 0);
         return;
     }
     const ResetMessage reset = resetMessageOf(player.mode);
     sendLongMessage(player, reset.bytes, reset.length);
-    g_resetTime = timeGetTime();
+    storeShared<std::uint32_t>(&g_resetTime, timeGetTime());
 }
 
 /// Closes the file on every way out.
@@ -79,8 +99,8 @@ class OpenFile {
 public:
     explicit OpenFile(const char* name) noexcept
         : m_handle(name == nullptr ? INVALID_HANDLE_VALUE
-                                  : CreateFileA(name, GENERIC_READ, FILE_SHARE_READ, nullptr,
-                                                OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr)) {}
+                                   : CreateFileA(name, GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                                 OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr)) {}
     ~OpenFile() {
         if (*this) {
             CloseHandle(m_handle);
@@ -137,13 +157,12 @@ bool FileCopy::read(const char* fileName) noexcept {
     return bytesRead != 0 || fail(ENGINE_ERR_READ);
 }
 
-/// Obtains a zero-filled table of a song.
-template <typename Record>
-bool obtainTable(std::size_t records, HGLOBAL MIDIOUT::*mem, Record* MIDIOUT::*table,
-                 MIDIOUT& player) noexcept {
+/// Obtains a zero-filled table of a song; `store` takes its handle and its address, both null when it
+/// cannot be had. (A pointer to a member would lose the record's packing.)
+template <typename Record, typename Store>
+bool obtainTable(std::size_t records, Store store) noexcept {
     const GlobalBlock block = obtainBlock(GMEM_FIXED | GMEM_ZEROINIT, records * sizeof(Record));
-    player.*mem = block.mem;
-    storeShared(&(player.*table), static_cast<Record*>(block.address));
+    store(block.mem, static_cast<Record*>(block.address));
     return block || fail(ENGINE_ERR_ALLOC);
 }
 
@@ -157,13 +176,37 @@ bool obtainEventBuffer(MIDIOUT& player) noexcept {
     return block || fail(ENGINE_ERR_LOCK);
 }
 
-bool obtainTables(MIDIOUT& player) noexcept {
-    return obtainTable(MM_MAX_LYRICS, &MIDIOUT::lyricMem, &MIDIOUT::lyrics, player) &&
-           obtainTable(MM_MAX_CHORDS, &MIDIOUT::chordMem, &MIDIOUT::chords, player) &&
-           obtainTable(MM_MAX_MARKERS, &MIDIOUT::markerMem, &MIDIOUT::markers, player) &&
-           (g_sysexStore == 0 ||
-            obtainTable(MM_MAX_SYSEX, &MIDIOUT::sysexMem, &MIDIOUT::sysex, player)) &&
-           obtainEventBuffer(player);
+bool obtainTextTables(MIDIOUT& player) noexcept {
+    return obtainTable<MMLYRIC>(MM_MAX_LYRICS,
+                                [&player](HGLOBAL mem, MMLYRIC* table) {
+                                    player.lyricMem = mem;
+                                    storeShared(&player.lyrics, table);
+                                }) &&
+           obtainTable<MMCHORD>(MM_MAX_CHORDS,
+                                [&player](HGLOBAL mem, MMCHORD* table) {
+                                    player.chordMem = mem;
+                                    storeShared(&player.chords, table);
+                                }) &&
+           obtainTable<MMMARKER>(MM_MAX_MARKERS, [&player](HGLOBAL mem, MMMARKER* table) {
+               player.markerMem = mem;
+               storeShared(&player.markers, table);
+           });
+}
+
+bool obtainStore(MIDIOUT& player) noexcept {
+    return g_sysexStore == 0 ||
+           obtainTable<MMSYSEX>(MM_MAX_SYSEX, [&player](HGLOBAL mem, MMSYSEX* table) {
+               player.sysexMem = mem;
+               storeShared(&player.sysex, table);
+           });
+}
+
+bool obtainTrackTable(MIDIOUT& player) noexcept {
+    const auto tracks = static_cast<std::size_t>(player.trackCount);
+    return obtainTable<MMTRACK>(tracks, [&player](HGLOBAL mem, MMTRACK* table) {
+        player.trackMem = mem;
+        storeShared(&player.tracks, table);
+    });
 }
 
 void resetLoadingState() noexcept {
@@ -285,14 +328,13 @@ bool parseTracks(MIDIOUT& player) noexcept {
 
 bool loadFile(MIDIOUT& player, const Request& request) noexcept {
     FileCopy copy(player);
-    if (!copy.read(request.fileName) || !obtainTables(player)) {
+    if (!copy.read(request.fileName) || !obtainTextTables(player) || !obtainStore(player) ||
+        !obtainEventBuffer(player)) {
         return false;
     }
     setStartValues(player, request);
-    if (!readHeader(player) ||
-        !obtainTable(static_cast<std::size_t>(player.trackCount), &MIDIOUT::trackMem,
-                     &MIDIOUT::tracks, player) ||
-        !listTracks(player) || !parseTracks(player)) {
+    if (!readHeader(player) || !obtainTrackTable(player) || !listTracks(player) ||
+        !parseTracks(player)) {
         return false;
     }
     // One track is in time order already.
@@ -334,6 +376,7 @@ std::int16_t CORVMO_CALL mm_Open(HMIDIOUT handle, const char* fileName, std::uin
     if (!engineRunning()) {
         return 0;
     }
+    const OpeningGuard opening;
     MIDIOUT& player = selectPlayer(handle);
     if (holdsSongMemory(player)) {
         unloadSong(player);

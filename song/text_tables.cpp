@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "engine/globals.h"
+#include "engine/shared_field.h"
 #include "song/song.h"
 #include "song/text_parts.h"
 
@@ -29,6 +30,14 @@ bool isLineBreak(const MMLYRIC& record) noexcept {
     return record.text[0] == kLineBreak;
 }
 
+void setLyricCount(MIDIOUT& player, int count) noexcept {
+    storeShared(&player.lyricCount, static_cast<std::int16_t>(count));
+}
+
+void setChordCount(MIDIOUT& player, int count) noexcept {
+    storeShared(&player.chordCount, static_cast<std::int16_t>(count));
+}
+
 bool lyricsFull(const MIDIOUT& player) noexcept {
     return player.lyricCount >= MM_MAX_LYRICS;
 }
@@ -42,7 +51,7 @@ bool addLyric(MIDIOUT& player, std::uint32_t time, std::string_view text) noexce
     if (player.lyricCount >= kManyEntries) {
         player.info.hasLyrics = 1;
     }
-    ++player.lyricCount;
+    setLyricCount(player, player.lyricCount + 1);
     return true;
 }
 
@@ -55,7 +64,7 @@ void restartLyrics(MIDIOUT& player) noexcept {
         return;
     }
     std::memset(player.lyrics, 0, sizeof(MMLYRIC) * MM_MAX_LYRICS);
-    player.lyricCount = 1;
+    setLyricCount(player, 1);
     writeRecord(player.lyrics[0], 0, kStartText);
 }
 
@@ -106,8 +115,8 @@ void addInPieces(MIDIOUT& player, std::string_view text) noexcept {
 void restartTextTables(MIDIOUT& player) noexcept {
     writeRecord(player.lyrics[0], 0, kStartText);
     writeRecord(player.chords[0], 0, kStartText);
-    player.lyricCount = 1;
-    player.chordCount = 1;
+    setLyricCount(player, 1);
+    setChordCount(player, 1);
 }
 
 bool appendLineBreak(MIDIOUT& player, std::uint32_t time) noexcept {
@@ -152,5 +161,5 @@ void appendChord(MIDIOUT& player, const char* text, std::int32_t length) noexcep
     if (player.chordCount >= kManyEntries) {
         player.info.hasChords = 1;
     }
-    ++player.chordCount;
+    setChordCount(player, player.chordCount + 1);
 }

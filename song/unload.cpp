@@ -1,12 +1,12 @@
 // Giving a song back: frees its memory, clears the player's record and silences what it used.
 #include <cstddef>
 #include <cstdlib>
-#include <cstring>
 
 #include "engine/global_block.h"
 #include "engine/globals.h"
 #include "engine/guards.h"
 #include "engine/output.h"
+#include "engine/shared_field.h"
 #include "song/song.h"
 
 namespace {
@@ -47,8 +47,16 @@ void clearRecord(MIDIOUT& player) noexcept {
     constexpr std::size_t kBegin = offsetof(MIDIOUT, options);
     constexpr std::size_t kStorage = offsetof(MIDIOUT, longBufferMem);
     constexpr std::size_t kAfterStorage = offsetof(MIDIOUT, replaceNotes);
-    std::memset(bytes + kBegin, 0, kStorage - kBegin);
-    std::memset(bytes + kAfterStorage, 0, sizeof(MIDIOUT) - kAfterStorage);
+    fillShared(bytes + kBegin, 0, kStorage - kBegin);
+    fillShared(bytes + kAfterStorage, 0, sizeof(MIDIOUT) - kAfterStorage);
+}
+
+void copyRoutes(MIDIOUT& copy, const MIDIOUT& player) noexcept {
+    for (int channel = 0; channel < midi::kChannels; ++channel) {
+        const Route route = routeOf(player, channel);
+        setRouteDevice(copy, channel, route.device);
+        setRouteChannel(copy, channel, route.channel);
+    }
 }
 
 } // namespace
@@ -61,7 +69,8 @@ void unloadSong(MIDIOUT& player) noexcept {
     }
     player.playing = 0;
     freeSong(player);
-    const MIDIOUT before = player;
+    MIDIOUT before{};
+    copyRoutes(before, player);
     clearRecord(player);
     claim.release();
     for (const std::uint8_t controller : kSilence) {

@@ -6,6 +6,7 @@
 #include "engine/midi.h"
 #include "engine/output.h"
 #include "engine/players.h"
+#include "engine/shared_field.h"
 #include "sequencer/sequencer.h"
 
 namespace {
@@ -104,8 +105,9 @@ void FirstNoteWalk::sendReset(const MMSYSEX& slot, const MMEVENT& event) noexcep
         return;
     }
     sendStoredMessage(m_player, slot, event);
-    g_resetTime = timeGetTime();
-    pauseSince(g_resetTime, static_cast<std::uint32_t>(g_resetGap));
+    const std::uint32_t sentAt = timeGetTime();
+    storeShared<std::uint32_t>(&g_resetTime, sentAt);
+    pauseSince(sentAt, static_cast<std::uint32_t>(g_resetGap));
 }
 
 void FirstNoteWalk::sendInitTextOnce() noexcept {

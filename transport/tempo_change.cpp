@@ -2,6 +2,7 @@
 #include "corvmo32.h"
 #include "engine/guards.h"
 #include "engine/players.h"
+#include "engine/shared_field.h"
 #include "sequencer/sequencer.h"
 
 namespace {
@@ -20,6 +21,6 @@ void CORVMO_CALL mm_SetTempo(HMIDIOUT handle, std::uint32_t songTempo, float per
     if (!waitUntilIdle()) {
         return;
     }
-    player.tempoPercent = percent;
+    storeShared<float>(&player.tempoPercent, percent);
     applyTempo(player, songTempo);
 }
