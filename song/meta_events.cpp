@@ -59,8 +59,8 @@ void takeTextBeforeHeader(MIDIOUT& player, std::string_view text) noexcept {
     if (text.front() == kHeaderMark) {
         g_atHeader = 1;
         if (scanning(player)) {
-            fillTitle(player.info.title, {});
-            fillTitle(player.info.title2, {});
+            fillTitle(player.info.title, "");
+            fillTitle(player.info.title2, "");
         }
     } else if (text.front() != '\0') {
         chord(player, text);
