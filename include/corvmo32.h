@@ -26,7 +26,7 @@
  * @par Threads
  * One periodic timer, on a thread of the system's, plays both players. Every call below may be made
  * from any thread of the host unless it says otherwise, but two calls that open, close, or prepare
- * the same player must not overlap, two that open must not overlap even on different players, and
+ * the same player must not overlap (openings on different players wait for each other), and
  * mm_InitEngine and mm_EndEngine must not overlap anything.
  * Two guards keep the calls and the timer apart, always taken in this order: the host's lock
  * (MMINIT.lock), which the timer holds for its whole run, and the engine's busy flag. "Guards" below
@@ -38,7 +38,8 @@
  *   the song waits for one timer period
  * - none: it takes neither
  *
- * A host that holds its lock sees both players standing still. It must not hold it in mm_EndEngine.
+ * A host that holds its lock sees both players standing still. It must not hold it in mm_EndEngine, nor
+ * in mm_Open or mm_Scan while another thread opens a song too.
  *
  * @par Ownership
  * Everything handed to a call is copied or only read during the call, except MMINIT.lock, which must
