@@ -172,6 +172,27 @@ bool isSound(const ByteView& bytes, const RawEvent& event) {
     return true;
 }
 
+/// Whether a row of sound events begins at a position.
+bool areEventsAt(const ByteView& bytes, std::size_t position, std::size_t end) {
+    int running = kNoRunningStatus;
+    for (int count = 0; count < kRow; ++count) {
+        if (position >= end) {
+            return count >= kRowAtEnd;
+        }
+        RawEvent event;
+        if (readRawEvent(bytes, position, end, running, Rigour::Strict, event) != Reading::Event ||
+            !isSound(bytes, event) || (count == 0 && event.delta > kLongestLikelyDelay)) {
+            return false;
+        }
+        if (event.isEndOfTrack()) {
+            return true;
+        }
+        running = runningAfter(event.status, running, Rigour::Strict);
+        position = event.dataEnd;
+    }
+    return true;
+}
+
 } // namespace
 
 Reading readRawEvent(const ByteView& bytes, std::size_t position, std::size_t end, int running,
@@ -221,28 +242,9 @@ bool isUndefined(std::uint8_t status) {
            status != kEndOfExclusive && status != kMetaEvent && dataBytesOf(status) < 0;
 }
 
-bool areEventsAt(const ByteView& bytes, std::size_t position, std::size_t end, int running) {
-    for (int count = 0; count < kRow; ++count) {
-        if (position >= end) {
-            return count >= kRowAtEnd;
-        }
-        RawEvent event;
-        if (readRawEvent(bytes, position, end, running, Rigour::Strict, event) != Reading::Event ||
-            !isSound(bytes, event) || (count == 0 && event.delta > kLongestLikelyDelay)) {
-            return false;
-        }
-        if (event.isEndOfTrack()) {
-            return true;
-        }
-        running = runningAfter(event.status, running, Rigour::Strict);
-        position = event.dataEnd;
-    }
-    return true;
-}
-
 std::optional<std::size_t> findEvents(const ByteView& bytes, std::size_t from, std::size_t end) {
     for (std::size_t position = from; position < end; ++position) {
-        if (areEventsAt(bytes, position, end, kNoRunningStatus)) {
+        if (areEventsAt(bytes, position, end)) {
             return position;
         }
     }

@@ -72,8 +72,4 @@ bool isUndefined(std::uint8_t status);
 /// @return the position of its delta time; nothing = there is none before end
 std::optional<std::size_t> findEvents(const ByteView& bytes, std::size_t from, std::size_t end);
 
-/// Whether a row of sound events begins at a position.
-/// @param running  the status in force, kNoRunningStatus = the first must have its own
-bool areEventsAt(const ByteView& bytes, std::size_t position, std::size_t end, int running);
-
 } // namespace host

@@ -2,6 +2,7 @@
 #include "prepare/track_reader.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace host {
 
@@ -9,6 +10,7 @@ namespace {
 
 constexpr std::size_t kLongestMessage = 16383; ///< data bytes, the closing F7 included
 constexpr std::size_t kMostLengthBytes = 2;    ///< of a system-exclusive message
+constexpr std::size_t kMostDataBytes = 2;      ///< of a channel message
 constexpr std::uint8_t kReleaseVelocity = 0x40;
 
 } // namespace
@@ -18,6 +20,10 @@ TrackReader::TrackReader(const ByteView& bytes, const TrackSpan& span)
 
 std::optional<SongEvent> TrackReader::next() {
     while (!m_done) {
+        if (auto end = endNote()) {
+            return end;
+        }
+        m_tick = std::min(m_tick + std::exchange(m_delay, 0), kLatestTick);
         if (m_position >= m_span.end) {
             finish();
             break;
@@ -155,21 +161,50 @@ void TrackReader::followNote(const RawEvent& raw) {
     }
 }
 
-/// Where reading goes on behind bytes that are no event.
+/// What lies between the bytes that are no event and the next place where events can be told for certain.
+/// Events that lean on the running status fill that gap exactly when they are read from the right byte on:
+/// from the first one behind a status that was put in, from a later one where a status was lost and left its
+/// data bytes. The former are kept; of the latter only the time is, for nobody knows what they were.
+TrackReader::Place TrackReader::placeIn(std::size_t from, std::size_t found) const {
+    Place best{found, kNoRunningStatus, 0};
+    std::uint64_t shortest = UINT64_MAX;
+    for (std::size_t skipped = 0; skipped <= kMostDataBytes; ++skipped) {
+        const auto time = timeBetween(from + skipped, found);
+        if (time && *time < shortest) {
+            shortest = *time;
+            best = skipped == 0 ? Place{from, m_running, 0} : Place{found, kNoRunningStatus, *time};
+        }
+    }
+    return best;
+}
+
+/// Ticks of a row of events under the running status; nothing = there is none that ends exactly there.
+std::optional<std::uint64_t> TrackReader::timeBetween(std::size_t from, std::size_t end) const {
+    std::uint64_t time = 0;
+    while (from < end) {
+        RawEvent event;
+        if (readRawEvent(m_bytes, from, end, m_running, Rigour::Strict, event) != Reading::Event) {
+            return std::nullopt;
+        }
+        time += event.delta;
+        from = event.dataEnd;
+    }
+    return from == end ? std::optional(time) : std::nullopt;
+}
+
 std::optional<TrackReader::Place> TrackReader::placeBehind(const RawEvent& raw) const {
     const std::size_t from = raw.statusPosition + 1;
-    if (isUndefined(m_bytes[raw.statusPosition]) && m_running != kNoRunningStatus &&
-        areEventsAt(m_bytes, from, m_span.end, m_running)) {
-        return Place{from, m_running};
+    const auto found = findEvents(m_bytes, from, m_span.end);
+    if (!found) {
+        return std::nullopt;
     }
-    if (const auto found = findEvents(m_bytes, from, m_span.end)) {
-        return Place{*found, kNoRunningStatus};
-    }
-    return std::nullopt;
+    const bool gap = m_running != kNoRunningStatus && isUndefined(raw.status);
+    return gap ? placeIn(from, *found) : Place{*found, kNoRunningStatus, 0};
 }
 
 void TrackReader::recover(const RawEvent& raw, Reading reading) {
-    if (m_span.rigour == Rigour::AsPlayed && m_findings.hasEnd) {
+    const bool asPlayed = m_span.rigour == Rigour::AsPlayed;
+    if (asPlayed && (m_findings.hasEnd || reading == Reading::Unreadable)) {
         m_failed = true;
         m_done = true;
         return;
@@ -180,24 +215,28 @@ void TrackReader::recover(const RawEvent& raw, Reading reading) {
         finish();
         return;
     }
-    if (m_span.rigour == Rigour::AsPlayed) {
+    if (asPlayed) {
         m_failed = true;
         m_done = true;
         return;
-    }
-    // The delay before the bad bytes is most often sound; with it the rest stays in its place.
-    if (raw.delta <= kLongestLikelyDelay) {
-        m_tick = std::min(m_tick + raw.delta, kLatestTick);
     }
     if (!place) {
         m_findings.unreadable = true;
         finish();
         return;
     }
+    skipTo(*place, raw);
+}
+
+void TrackReader::skipTo(const Place& place, const RawEvent& raw) {
+    // The delay before the bad bytes is most often sound; with it the rest stays in its place.
+    m_delay = place.time + (raw.delta <= kLongestLikelyDelay ? raw.delta : 0);
+    // What was skipped may have held the ends of notes.
+    m_endsNotes = place.position != raw.statusPosition + 1;
     ++m_findings.skips;
-    m_findings.skippedBytes += place->position - m_position;
-    m_position = place->position;
-    m_running = place->running;
+    m_findings.skippedBytes += place.position - m_position;
+    m_position = place.position;
+    m_running = place.running;
 }
 
 void TrackReader::finish() {
@@ -205,13 +244,14 @@ void TrackReader::finish() {
     if (m_span.cutByFile && !m_findings.hasEnd && !m_findings.unreadable) {
         m_findings.cutOff = true;
     }
-    if (!m_findings.isBroken()) {
-        m_sounding = {};
-    }
+    m_endsNotes = m_findings.cutOff || m_findings.unreadable;
 }
 
-/// Ends the notes of a broken track, one at each call.
+/// Ends what sounds where a track breaks off, one note at each call.
 std::optional<SongEvent> TrackReader::endNote() {
+    if (!m_endsNotes) {
+        return std::nullopt;
+    }
     for (std::size_t channel = 0; channel < m_sounding.size(); ++channel) {
         auto& keys = m_sounding[channel];
         for (std::size_t key = 0; keys.any() && key < keys.size(); ++key) {
@@ -224,6 +264,7 @@ std::optional<SongEvent> TrackReader::endNote() {
             }
         }
     }
+    m_endsNotes = false;
     return std::nullopt;
 }
 

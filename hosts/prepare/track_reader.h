@@ -92,7 +92,8 @@ public:
 private:
     struct Place {
         std::size_t position;
-        int running; ///< status in force there
+        int running;        ///< status in force there
+        std::uint64_t time; ///< ticks of the events before it
     };
 
     std::optional<SongEvent> take(const RawEvent& raw);
@@ -103,6 +104,9 @@ private:
     void addPart(const RawEvent& raw);
     bool canBePlayed(std::size_t length);
     void followNote(const RawEvent& raw);
+    Place placeIn(std::size_t from, std::size_t found) const;
+    std::optional<std::uint64_t> timeBetween(std::size_t from, std::size_t end) const;
+    void skipTo(const Place& place, const RawEvent& raw);
     void recover(const RawEvent& raw, Reading reading);
     std::optional<Place> placeBehind(const RawEvent& raw) const;
     void finish();
@@ -114,10 +118,12 @@ private:
     std::size_t m_position;
     std::size_t m_lastEnd = 0;
     std::uint64_t m_tick = 0;
+    std::uint64_t m_delay = 0; ///< before the next event, beside its own
     int m_running = kNoRunningStatus;
     bool m_done = false;
     bool m_failed = false;
-    bool m_open = false; ///< a system-exclusive message has begun and not ended
+    bool m_endsNotes = false; ///< what sounds is ended before anything else
+    bool m_open = false;      ///< a system-exclusive message has begun and not ended
     std::size_t m_openParts = 0;
     std::size_t m_openLength = 0; ///< also counts what is too long to be kept
     std::vector<std::uint8_t> m_message;
