@@ -42,8 +42,8 @@ TEST_F(Announcements, Come_before_the_event_that_makes_them_due) {
     EXPECT_THAT(posted(), ElementsAre(chord(0), Posted{MMN_NOTEON, 0, 0}));
     ticks(10);
     EXPECT_THAT(posted(), ElementsAre(lyric(1), chord(1), Posted{MMN_NOTEON, 2, 0}));
-    EXPECT_EQ(MM1.lyricPlay, MM1.lyrics + 2);
-    EXPECT_EQ(MM1.chordPlay, MM1.chords + 2);
+    EXPECT_EQ(+MM1.lyricPlay, MM1.lyrics + 2);
+    EXPECT_EQ(+MM1.chordPlay, MM1.chords + 2);
 }
 
 TEST_F(Announcements, Come_one_for_an_event_and_wait_for_the_next_one) {
@@ -51,14 +51,14 @@ TEST_F(Announcements, Come_one_for_an_event_and_wait_for_the_next_one) {
     play(song(), kTexts);
     ticks(29); // 58: both lyrics have come due, no event has
     posted();
-    EXPECT_EQ(MM1.lyricIndex, 2);
+    EXPECT_EQ(+MM1.lyricIndex, 2);
     ticks(1);
     EXPECT_THAT(posted(), ElementsAre(lyric(2)));
     ticks(5);
     EXPECT_THAT(posted(), ElementsAre(lyric(3)));
     playToEnd();
     EXPECT_THAT(posted(MMN_LYRIC), IsEmpty()) << "beyond the end of the table";
-    EXPECT_EQ(MM1.lyricIndex, 4);
+    EXPECT_EQ(+MM1.lyricIndex, 4);
 }
 
 TEST_F(Announcements, Are_left_out_without_their_option_and_made_up_for_afterwards) {

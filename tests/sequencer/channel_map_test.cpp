@@ -91,8 +91,8 @@ TEST_F(ChannelMap, Records_every_controller_in_its_slot_and_the_others_not_at_al
     }
     EXPECT_EQ(recorded(mm_GetMap(mm1)->channel[3]), expected);
     EXPECT_THAT(recorded(mm_GetMap(mm1)->channel[2]), IsEmpty());
-    EXPECT_EQ(MM1.map.tempo, MMMAP_NONE32);
-    EXPECT_EQ(MM1.map.beatsPerBar, MMMAP_NONE16);
+    EXPECT_EQ(+MM1.map.tempo, MMMAP_NONE32);
+    EXPECT_EQ(+MM1.map.beatsPerBar, MMMAP_NONE16);
 }
 
 TEST_F(ChannelMap, Records_messages_before_its_tick_alone) {
@@ -107,18 +107,18 @@ TEST_F(ChannelMap, Records_messages_before_its_tick_alone) {
     ASSERT_EQ(open(song), 1);
     mm_CreateMap(mm1, 100);
     const MMMAP& map = *mm_GetMap(mm1);
-    EXPECT_EQ(map.tempo, 0x123456U);
-    EXPECT_EQ(map.beatsPerBar, 7);
-    EXPECT_EQ(map.beatUnit, 8);
-    EXPECT_EQ(map.timeSigTick, 99U);
+    EXPECT_EQ(+map.tempo, 0x123456U);
+    EXPECT_EQ(+map.beatsPerBar, 7);
+    EXPECT_EQ(+map.beatUnit, 8);
+    EXPECT_EQ(+map.timeSigTick, 99U);
     EXPECT_EQ(recorded(map.channel[0]), (std::map<int, int>{{16, 80}}));
     EXPECT_EQ(recorded(map.channel[1]),
               (std::map<int, int>{{0, 60}, {1, 7}, {2, 5}, {3, 6}, {4, 1}, {5, 2}}));
     mm_CreateMap(mm1, 101);
-    EXPECT_EQ(map.tempo, 1U);
-    EXPECT_EQ(map.channel[0].slot[MMSLOT_VOLUME], 1);
+    EXPECT_EQ(+map.tempo, 1U);
+    EXPECT_EQ(+map.channel[0].slot[MMSLOT_VOLUME], 1);
     mm_CreateMap(mm1, 0);
-    EXPECT_EQ(map.tempo, MMMAP_NONE32);
+    EXPECT_EQ(+map.tempo, MMMAP_NONE32);
     EXPECT_THAT(recorded(map.channel[0]), IsEmpty());
 }
 
@@ -239,8 +239,8 @@ TEST_F(ChannelMap, A_bank_without_a_program_is_stored_for_the_next_one) {
     build({{0xB4, 0, 2}, {0xB4, 32, 3}});
     MM1.patch[4].bankMsb = 99;
     EXPECT_THAT(sentByMap(), IsEmpty());
-    EXPECT_EQ(MM1.patch[4].bankMsb, 2);
-    EXPECT_EQ(MM1.patch[4].bankLsb, 3);
+    EXPECT_EQ(+MM1.patch[4].bankMsb, 2);
+    EXPECT_EQ(+MM1.patch[4].bankLsb, 3);
 }
 
 TEST_F(ChannelMap, Is_not_sent_and_perhaps_not_recorded_when_chasing_is_off) {
@@ -257,14 +257,14 @@ TEST_F(ChannelMap, Is_not_sent_and_perhaps_not_recorded_when_chasing_is_off) {
         settings.noChase = one.noChase;
         start();
         build(events, 500, one.endOnBeat);
-        EXPECT_EQ(MM1.map.channel[4].slot[MMSLOT_VOLUME], one.recorded ? 100 : MMMAP_NONE8);
+        EXPECT_EQ(+MM1.map.channel[4].slot[MMSLOT_VOLUME], one.recorded ? 100 : MMMAP_NONE8);
         mm_SetOptions(mm1, MMOPT_POSITION);
         mm_SendMap(mm1, 500);
         EXPECT_EQ(sent().size(), one.sent ? 17U : 0U);
         EXPECT_THAT(posted(), ElementsAre(Posted{MMN_POSITION, 0, 500}));
         EXPECT_EQ(mm_GetTempo(mm1), 0x60000U);
-        EXPECT_EQ(MM1.beatsPerBar, 3);
-        EXPECT_EQ(MM1.ticks, 500U);
+        EXPECT_EQ(+MM1.beatsPerBar, 3);
+        EXPECT_EQ(+MM1.ticks, 500U);
         mm_Close(mm1);
         mm_EndEngine();
     }
@@ -285,8 +285,8 @@ TEST_F(ChannelMap, May_be_sent_at_another_tick_than_it_was_built_for) {
     start();
     build({{0xB4, 7, 100}}, 5);
     EXPECT_THAT(sentByMap(), IsEmpty());
-    EXPECT_EQ(MM1.ticks, 11U);
-    EXPECT_EQ(MM1.eventIndex, 1);
+    EXPECT_EQ(+MM1.ticks, 11U);
+    EXPECT_EQ(+MM1.eventIndex, 1);
 }
 
 TEST_F(ChannelMap, Of_a_player_without_a_song_is_empty_and_harmless) {
@@ -294,6 +294,6 @@ TEST_F(ChannelMap, Of_a_player_without_a_song_is_empty_and_harmless) {
     mm_CreateMap(mm2, 100);
     mm_SendMap(mm2, 100);
     EXPECT_THAT(recorded(MM2.map.channel[0]), IsEmpty());
-    EXPECT_EQ(MM2.ticks, 0U);
+    EXPECT_EQ(+MM2.ticks, 0U);
     EXPECT_THAT(mm_GetMap(mm2), &MM2.map);
 }

@@ -43,7 +43,7 @@ protected:
 TEST_F(Click, Sounds_after_each_beat_and_ends_the_other_note_first) {
     start();
     playWithClick(silence());
-    EXPECT_EQ(MM1.click.timeSigTick, 0U);
+    EXPECT_EQ(+MM1.click.timeSigTick, 0U);
     ticks(1);
     EXPECT_THAT(sent(), ElementsAre("1: 89 4C 00", "1: 99 4D 7F"));
     ticks(49);
@@ -82,7 +82,7 @@ TEST_F(Click, Strikes_one_beat_a_period_at_most) {
     mm_SetTempo(mm1, 4000, 0); // 250 ticks a period
     ticks(1);
     EXPECT_EQ(sent(0x90).size(), 1U);
-    EXPECT_EQ(MM1.click.nextClick, 300U);
+    EXPECT_EQ(+MM1.click.nextClick, 300U);
     ticks(1);
     EXPECT_EQ(sent(0x90).size(), 1U);
 }
@@ -108,7 +108,7 @@ TEST_F(Click, Waits_for_the_period_after_a_jump) {
     playWithClick(silence());
     mm_SetNextLocator(mm1, 50, 360);
     EXPECT_THAT(beatsUntil(361), ElementsAre("2 accent"));
-    EXPECT_EQ(MM1.ticks, 362U);
+    EXPECT_EQ(+MM1.ticks, 362U);
     EXPECT_THAT(beatsUntil(520), ElementsAre("364 beat", "402 accent", "502 beat"));
     mm_SendMap(mm1, 700);
     EXPECT_THAT(beatsUntil(820), ElementsAre("702 beat", "802 accent"));

@@ -97,8 +97,10 @@ TEST_F(EventOutput, A_fade_scales_velocities_after_the_percentage_and_a_fade_in_
     start();
     const auto level = [](std::int32_t base, std::uint32_t length) {
         MMFADE fade{};
-        std::fill(std::begin(fade.segmentEnd), std::end(fade.segmentEnd), length);
-        std::fill(std::begin(fade.base), std::end(fade.base), base);
+        for (int i = 0; i < 5; ++i) {
+            fade.segmentEnd[i] = length;
+            fade.base[i] = base;
+        }
         return fade;
     };
     SongBuilder song;
@@ -151,7 +153,7 @@ TEST_F(EventOutput, A_tempo_event_is_changed_by_the_percentage_and_reported) {
     mm_SetTempo(mm1, 400000, 10);
     EXPECT_EQ(mm_GetTempo(mm1), 360000U);
     EXPECT_THAT(next(), IsEmpty());
-    EXPECT_EQ(MM1.tempo, 0x6DDD000U);
+    EXPECT_EQ(+MM1.tempo, 0x6DDD000U);
     EXPECT_THAT(posted(), ElementsAre(Posted{MMN_TEMPO, 0, 450000}));
     prepare({{0xFF, 0x51, 3, 0xFF, 0xFF, 0xFF}, {0xFF, 0x51, 3, 0, 0, 0}});
     mm_SetTempo(mm1, 400000, -20);
@@ -166,9 +168,9 @@ TEST_F(EventOutput, A_time_signature_event_sets_the_beat_from_its_tick) {
     song.track().at(5).timeSignature(6, 3).at(4800).noteOff(0, 0);
     play(song, kNoTexts);
     EXPECT_THAT(next(), IsEmpty());
-    EXPECT_EQ(MM1.beatsPerBar, 6);
-    EXPECT_EQ(MM1.beatUnit, 8);
-    EXPECT_EQ(MM1.click.timeSigTick, 5U);
+    EXPECT_EQ(+MM1.beatsPerBar, 6);
+    EXPECT_EQ(+MM1.beatUnit, 8);
+    EXPECT_EQ(+MM1.click.timeSigTick, 5U);
     EXPECT_THAT(posted(), IsEmpty());
 }
 
@@ -206,7 +208,7 @@ TEST_F(EventOutput, System_common_and_real_time_messages_of_a_song_are_not_sent)
              {0xFE},
              {0x90, 60, 100}},
             kAllOptions);
-    EXPECT_EQ(MM1.eventCount, 11);
+    EXPECT_EQ(+MM1.eventCount, 11);
     EXPECT_THAT(next(), ElementsAre("0: 90 3C 64"));
 }
 
@@ -273,7 +275,7 @@ TEST_F(StoredMessages, Include_karaoke_texts_and_leave_out_references_to_nothing
     mm_EndEngine();
     start();
     play(songOf({{0x11}}));
-    EXPECT_EQ(MM1.eventCount, 1) << "no store, no reference";
+    EXPECT_EQ(+MM1.eventCount, 1) << "no store, no reference";
     MM1.events[0].kind = 0xF0;
     MM1.events[0].time = 0;
     sent();

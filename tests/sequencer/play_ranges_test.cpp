@@ -80,27 +80,27 @@ TEST_F(PlayRanges, A_range_repeats_with_silence_a_reset_and_two_notifications_ea
     EXPECT_THAT(sent(), ElementsAre("0: 90 00 64", "0: 90 0A 64"));
     EXPECT_THAT(posted(), IsEmpty());
     ticks(1); // reaches 20 and goes on one period past 0
-    EXPECT_EQ(MM1.ticks, 2U);
+    EXPECT_EQ(+MM1.ticks, 2U);
     EXPECT_THAT(sent(),
                 ElementsAreArray(kAllNotesOff + kResets + std::vector<std::string>{"0: 90 00 64"}));
     EXPECT_THAT(posted(), ElementsAre(Posted{MMN_LOOP, 0, 0}, Posted{MMN_LOOP, 0, 0}));
     ticks(9);
     EXPECT_EQ(posted().size(), 2U);
-    EXPECT_EQ(MM1.loops[0].repeats, 1);
-    EXPECT_EQ(MM1.loops[0].repeatsSet, 3);
+    EXPECT_EQ(+MM1.loops[0].repeats, 1);
+    EXPECT_EQ(+MM1.loops[0].repeatsSet, 3);
     ticks(8);
     EXPECT_THAT(notes(), ElementsAre(10, 0, 10));
     ticks(1);
     EXPECT_THAT(sent(), ElementsAreArray(kAllNotesOff));
     EXPECT_THAT(posted(), ElementsAre(end()));
-    EXPECT_EQ(MM1.playing, 0);
+    EXPECT_EQ(+MM1.playing, 0);
 }
 
 TEST_F(PlayRanges, A_range_that_begins_where_the_last_one_ended_follows_without_a_break) {
     start();
     playRanges(scale(), {range(0, 20), range(20, 41), range(41, 50)});
     ticks(10);
-    EXPECT_EQ(MM1.ticks, 20U);
+    EXPECT_EQ(+MM1.ticks, 20U);
     EXPECT_THAT(sent(), ElementsAre("0: 90 00 64", "0: 90 0A 64", "0: 90 14 64"));
     EXPECT_THAT(posted(), ElementsAre(Posted{MMN_LOOP, 0, 20}));
     ticks(11); // 42 lies past the second range's end, which the third one begins with
@@ -115,8 +115,8 @@ TEST_F(PlayRanges, A_jump_leaves_out_what_lies_between_and_takes_the_state_along
     playRanges(song, {range(0, 15), range(60, 0)}, MMOPT_POSITION | MMOPT_TEMPO | MMOPT_CHANNELS);
     ticks(7);
     EXPECT_THAT(notes(), ElementsAre(0, 10));
-    ticks(1);                  // 16 is past the end
-    EXPECT_EQ(MM1.ticks, 64U); // one period at twice the speed
+    ticks(1);                   // 16 is past the end
+    EXPECT_EQ(+MM1.ticks, 64U); // one period at twice the speed
     EXPECT_THAT(sent(), ElementsAreArray(kAllNotesOff + kResets +
                                          std::vector<std::string>{"0: B4 00 00", "0: B4 20 00",
                                                                   "0: C4 21", "0: 90 3C 64"}));
@@ -142,20 +142,20 @@ TEST_F(PlayRanges, A_jump_discards_the_fraction_of_a_tick) {
     song.track().noteOn(0, 60).at(4800).noteOff(0, 60);
     playRanges(song, {range(0, 15), range(1000, 0)});
     ticks(2); // 19.2
-    EXPECT_EQ(MM1.ticks, 1009U);
-    EXPECT_EQ(MM1.tickRemainder, 76800000U);
+    EXPECT_EQ(+MM1.ticks, 1009U);
+    EXPECT_EQ(+MM1.tickRemainder, 76800000U);
     ticks(1);
-    EXPECT_EQ(MM1.ticks, 1019U);
+    EXPECT_EQ(+MM1.ticks, 1019U);
 }
 
 TEST_F(PlayRanges, A_jump_past_the_end_of_the_song_stands_on_its_last_event) {
     start();
     playRanges(scale(), {range(0, 15), range(5000, 6000)});
     ticks(8);
-    EXPECT_EQ(MM1.ticks, 102U);
+    EXPECT_EQ(+MM1.ticks, 102U);
     EXPECT_THAT(notes(), ElementsAre(0, 10, 100));
     ticks(3000);
-    EXPECT_EQ(MM1.playing, 0);
+    EXPECT_EQ(+MM1.playing, 0);
     EXPECT_THAT(posted(), ElementsAre(Posted{MMN_LOOP, 0, 5000}, end()));
 }
 
@@ -168,8 +168,8 @@ TEST_F(PlayRanges, The_song_ends_without_the_events_of_its_last_tick) {
     EXPECT_THAT(sent(), ElementsAreArray(kAllNotesOff));
     EXPECT_THAT(posted(), ElementsAre(end()));
     ticks(10);
-    EXPECT_EQ(MM1.ticks, 100U);
-    EXPECT_EQ(MM1.eventIndex, 10);
+    EXPECT_EQ(+MM1.ticks, 100U);
+    EXPECT_EQ(+MM1.eventIndex, 10);
     EXPECT_THAT(sent(), IsEmpty());
     EXPECT_THAT(posted(), IsEmpty());
 }
@@ -179,8 +179,8 @@ TEST_F(PlayRanges, Nothing_more_is_played_after_the_last_event_of_a_longer_range
     playRanges(scale(), {range(0, 140)});
     ticks(69);
     EXPECT_EQ(notes().size(), 11U);
-    EXPECT_EQ(MM1.eventPlay, MM1.events + 10);
-    EXPECT_EQ(MM1.playing, 1);
+    EXPECT_EQ(+MM1.eventPlay, MM1.events + 10);
+    EXPECT_EQ(+MM1.playing, 1);
     ticks(1);
     EXPECT_THAT(posted(), ElementsAre(end()));
 }
@@ -193,9 +193,9 @@ TEST_F(PlayRanges, A_locator_set_while_playing_moves_the_end_and_the_continuatio
     notes();
     mm_SetNextLocator(mm1, 46, 80);
     ticks(19);
-    EXPECT_EQ(MM1.ticks, 44U);
+    EXPECT_EQ(+MM1.ticks, 44U);
     ticks(1);
-    EXPECT_EQ(MM1.ticks, 82U);
+    EXPECT_EQ(+MM1.ticks, 82U);
     EXPECT_THAT(posted(), ElementsAre(Posted{MMN_LOOP, 0, 80}));
     playToEnd();
     EXPECT_THAT(notes(), ElementsAre(10, 20, 30, 40, 80, 90));
@@ -209,7 +209,7 @@ TEST_F(PlayRanges, A_locator_behind_the_position_acts_in_the_next_period) {
     mm_SetNextLocator(mm1, 10, MMLOCATOR_NO_NEXT);
     ticks(1);
     EXPECT_THAT(posted(), ElementsAre(end()));
-    EXPECT_EQ(MM1.ticks, 42U);
+    EXPECT_EQ(+MM1.ticks, 42U);
     EXPECT_THAT(notes(), IsEmpty());
 }
 

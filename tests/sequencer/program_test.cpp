@@ -65,8 +65,8 @@ TEST_F(Programs, A_kept_bank_goes_out_with_the_songs_programs) {
     mm_SetPatch(mm1, 3, &kept);
     EXPECT_THAT(next(), ElementsAre("0: B3 00 08", "0: B3 20 01", "0: C3 05"));
     EXPECT_THAT(posted(), ElementsAre(program(MMN_PROGRAM, 5, 1, 8)));
-    EXPECT_EQ(MM1.songPatch[3].bankMsb, 2);
-    EXPECT_EQ(MM1.songPatch[3].bankLsb, 3);
+    EXPECT_EQ(+MM1.songPatch[3].bankMsb, 2);
+    EXPECT_EQ(+MM1.songPatch[3].bankLsb, 3);
 }
 
 TEST_F(Programs, What_a_host_stores_out_of_range_leaves_within_range) {
@@ -75,8 +75,8 @@ TEST_F(Programs, What_a_host_stores_out_of_range_leaves_within_range) {
     const MMPATCH wild{-3, 300, 128, 0};
     mm_SetPatch(mm1, 3, &wild);
     EXPECT_THAT(next(), ElementsAre("0: B3 00 00", "0: B3 20 7F", "0: C3 7F"));
-    EXPECT_EQ(MM1.patch[3].bankLsb, 300);
-    EXPECT_EQ(MM1.patch[3].program, 128);
+    EXPECT_EQ(+MM1.patch[3].bankLsb, 300);
+    EXPECT_EQ(+MM1.patch[3].program, 128);
 }
 
 TEST_F(Programs, The_mix_controllers_carry_offsets_and_report_the_songs_value) {

@@ -28,9 +28,9 @@ protected:
 
     /// Index and tick of the next event, lyric and chord.
     static std::vector<std::uint32_t> cursors() {
-        EXPECT_EQ(MM1.eventPlay, MM1.events + MM1.eventIndex);
-        EXPECT_EQ(MM1.lyricPlay, MM1.lyrics + MM1.lyricIndex);
-        EXPECT_EQ(MM1.chordPlay, MM1.chords + MM1.chordIndex);
+        EXPECT_EQ(+MM1.eventPlay, MM1.events + MM1.eventIndex);
+        EXPECT_EQ(+MM1.lyricPlay, MM1.lyrics + MM1.lyricIndex);
+        EXPECT_EQ(+MM1.chordPlay, MM1.chords + MM1.chordIndex);
         return {MM1.eventPlay->time, MM1.lyricPlay->time, MM1.chordPlay->time, MM1.ticks,
                 MM1.click.nextClick};
     }
@@ -45,7 +45,7 @@ TEST_F(Seek, Moves_every_cursor_forward_and_back) {
     EXPECT_THAT(cursors(), ElementsAre(500, 500, 500, 500, 500)) << "what stands there is to come";
     seekTo(101);
     EXPECT_THAT(cursors(), ElementsAre(200, 200, 200, 101, 101));
-    EXPECT_EQ(MM1.eventIndex, 1);
+    EXPECT_EQ(+MM1.eventIndex, 1);
     seekTo(0);
     EXPECT_THAT(cursors(), ElementsAre(100, 20, 30, 0, 0)) << "the start records of the tables";
     seekTo(123456);
@@ -57,7 +57,7 @@ TEST_F(Seek, Plays_what_stands_at_its_tick_in_the_next_period) {
     start();
     play(song());
     ticks(120);
-    EXPECT_EQ(MM1.eventIndex, 2);
+    EXPECT_EQ(+MM1.eventIndex, 2);
     seekTo(100);
     sent();
     ticks(1);
@@ -72,15 +72,15 @@ TEST_F(Seek, Takes_tempo_and_metre_from_the_map_and_keeps_them_where_it_has_none
     mm_SetTempo(mm1, 500000, 10);
     seekTo(301);
     EXPECT_EQ(mm_GetTempo(mm1), 225000U);
-    EXPECT_EQ(MM1.beatsPerBar, 3);
-    EXPECT_EQ(MM1.beatUnit, 8);
-    EXPECT_EQ(MM1.click.timeSigTick, 300U);
+    EXPECT_EQ(+MM1.beatsPerBar, 3);
+    EXPECT_EQ(+MM1.beatUnit, 8);
+    EXPECT_EQ(+MM1.click.timeSigTick, 300U);
     seekTo(450);
-    EXPECT_EQ(MM1.click.timeSigTick, 300U);
+    EXPECT_EQ(+MM1.click.timeSigTick, 300U);
     seekTo(50);
     EXPECT_EQ(mm_GetTempo(mm1), 225000U);
-    EXPECT_EQ(MM1.beatsPerBar, 3);
-    EXPECT_EQ(MM1.click.timeSigTick, 0U) << "bars count from the start after a rewind";
+    EXPECT_EQ(+MM1.beatsPerBar, 3);
+    EXPECT_EQ(+MM1.click.timeSigTick, 0U) << "bars count from the start after a rewind";
 }
 
 TEST_F(Seek, Keeps_the_fraction_of_a_tick_unless_it_goes_back) {
@@ -90,9 +90,9 @@ TEST_F(Seek, Keeps_the_fraction_of_a_tick_unless_it_goes_back) {
     play(built);
     ticks(1);
     seekTo(500);
-    EXPECT_EQ(MM1.tickRemainder, 76800000U);
+    EXPECT_EQ(+MM1.tickRemainder, 76800000U);
     seekTo(50);
-    EXPECT_EQ(MM1.tickRemainder, 0U);
+    EXPECT_EQ(+MM1.tickRemainder, 0U);
 }
 
 TEST_F(Seek, Tells_tempo_chord_lyric_and_position_in_this_order) {
@@ -118,6 +118,6 @@ TEST_F(Seek, Finds_the_texts_of_a_shortened_table) {
     mm_SetNumLyrics(mm1, 3);
     mm_SetNumChords(mm1, 0);
     seekTo(800);
-    EXPECT_EQ(MM1.lyricIndex, 3);
-    EXPECT_EQ(MM1.chordIndex, 0);
+    EXPECT_EQ(+MM1.lyricIndex, 3);
+    EXPECT_EQ(+MM1.chordIndex, 0);
 }

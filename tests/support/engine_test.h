@@ -1,5 +1,7 @@
 // The fixture of the engine's tests: an engine on the tests' machine, with two players on outputs 0 and 1
 // unless a test changes the settings before start().
+// A test compares fields of the packed records by value, EXPECT_EQ(+MM1.ticks, 96U): a reference to a field
+// may be misaligned.
 #pragma once
 
 #include <string>

@@ -67,7 +67,7 @@ TEST_F(EverySong, Loads_plays_to_its_end_and_leaves_nothing_sounding) {
             ends += posted(MMN_END).size();
         }
         EXPECT_EQ(ends, 1U);
-        EXPECT_GE(MM1.ticks, end);
+        EXPECT_GE(+MM1.ticks, end);
         mm_Close(mm1);
         EXPECT_THAT(stillSounding(machine::takeSent()), IsEmpty());
     }

@@ -50,11 +50,11 @@ protected:
     /// Expects that both devices, and the players as far as the song set them, are in the same state.
     void expectSameState() {
         EXPECT_THAT(differences(history(), 0, 1), IsEmpty());
-        EXPECT_EQ(MM2.tempo, MM1.tempo);
-        EXPECT_EQ(MM2.beatsPerBar, MM1.beatsPerBar);
-        EXPECT_EQ(MM2.beatUnit, MM1.beatUnit);
-        EXPECT_EQ(MM2.click.timeSigTick, MM1.click.timeSigTick);
-        EXPECT_EQ(MM2.eventIndex, MM1.eventIndex);
+        EXPECT_EQ(+MM2.tempo, +MM1.tempo);
+        EXPECT_EQ(+MM2.beatsPerBar, +MM1.beatsPerBar);
+        EXPECT_EQ(+MM2.beatUnit, +MM1.beatUnit);
+        EXPECT_EQ(+MM2.click.timeSigTick, +MM1.click.timeSigTick);
+        EXPECT_EQ(+MM2.eventIndex, +MM1.eventIndex);
     }
 
     std::mt19937 random;
@@ -82,7 +82,7 @@ TEST_P(Jumps, A_range_that_jumps_finds_the_state_of_playing_there) {
     const auto to = static_cast<std::uint32_t>(any(0, 399) * 4 + (from % 4 == 0 ? 2 : 0));
     mm_SetNextLocator(mm2, from, to);
     ticks(static_cast<int>(from / 2));
-    EXPECT_EQ(MM2.ticks, to + 2);
+    EXPECT_EQ(+MM2.ticks, to + 2);
     mm_PauseSync(mm2);
     if (MM1.ticks > to + 2) {
         mm_RewindSync(mm1);

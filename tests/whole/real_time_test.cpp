@@ -50,8 +50,8 @@ constexpr Call kSettings[] = {
     },
     [](HMIDIOUT player, std::int16_t, std::int16_t value) {
         MMFADE fade{};
-        std::fill(std::begin(fade.segmentEnd), std::end(fade.segmentEnd), 50U);
-        fade.base[0] = 1000 * value;
+        fade.segmentEnd[4] = 50;
+        fade.base[4] = 1000 * value;
         value % 2 == 0 ? mm_SetFadeIn(player, &fade) : mm_SetFadeOut(player, &fade);
     },
     [](HMIDIOUT player, std::int16_t, std::int16_t) {
