@@ -28,7 +28,7 @@ TEST_F(Accessors, Hand_out_counts_and_addresses_of_a_song) {
     EXPECT_EQ(mm_GetTempo(mm1), 500000u) << "no tempo event was played yet";
     EXPECT_EQ(mm_GetUnits(mm1), 240);
     EXPECT_EQ(mm_GetNumEvents(mm1), 3);
-    EXPECT_EQ(mm_GetPointerEvents(mm1, 1)->time, 10u);
+    EXPECT_EQ(+mm_GetPointerEvents(mm1, 1)->time, 10u);
     EXPECT_EQ(mm_GetPointerEvents(mm1, 2), MM1.events + 2);
     ASSERT_EQ(mm_GetNumLyrics(mm1), 3);
     EXPECT_STREQ(mm_GetPointerLyrics(mm1, 0)->text, "\r");
@@ -42,7 +42,7 @@ TEST_F(Accessors, Hand_out_counts_and_addresses_of_a_song) {
     mm_StartSync(mm1);
     ticks(5);
     EXPECT_EQ(mm_GetTempo(mm1), 400000u);
-    EXPECT_EQ(mm_GetTicks(mm1), MM1.ticks);
+    EXPECT_EQ(mm_GetTicks(mm1), +MM1.ticks);
     EXPECT_GT(mm_GetTicks(mm1), 20u);
 }
 
@@ -70,9 +70,9 @@ TEST_F(Accessors, Table_counts_are_held_within_the_tables) {
 TEST_F(Accessors, Options_are_stored_whole_and_opening_sets_sixteen_bits) {
     start();
     mm_SetOptions(mm1, 0xFFFFFFFF);
-    EXPECT_EQ(MM1.options, 0xFFFFFFFFu);
+    EXPECT_EQ(+MM1.options, 0xFFFFFFFFu);
     ASSERT_EQ(open(songWithWords(), 0xFF7F), 1);
-    EXPECT_EQ(MM1.options, 0x0000FF7Fu);
+    EXPECT_EQ(+MM1.options, 0x0000FF7Fu);
     mm_SetLoop(mm1, nullptr);
     mm_SetOptions(mm1, 0x10000);
     mm_StartSync(mm1);

@@ -1,7 +1,6 @@
 // The stored channel settings and the immediate senders: what they store, what they send, in which order.
 #include <array>
 #include <cstring>
-#include <utility>
 
 #include "tests/support/engine_test.h"
 
@@ -78,7 +77,7 @@ TEST_F(ChannelSettings, Note_replacements_are_stored_whole_and_silence_the_chann
     EXPECT_EQ(std::memcmp(MM1.replaceNotes, pairs, sizeof pairs), 0);
     std::memset(pairs, -1, sizeof pairs);
     mm_SetReplaceNotes(mm1, -1, pairs, 1);
-    EXPECT_EQ(MM1.replaceNotes[9].to, 0x31);
+    EXPECT_EQ(+MM1.replaceNotes[9].to, 0x31);
     EXPECT_THAT(sent(), IsEmpty());
 }
 
@@ -89,11 +88,11 @@ TEST_F(ChannelSettings, Mute_silences_after_storing_and_only_when_value_and_swit
     EXPECT_THAT(sent(), ElementsAre("0: BC 78 00"));
     EXPECT_THAT(seen, ElementsAre(1));
     mm_SetMute(mm1, 3, 0, 1);
-    EXPECT_EQ(MM1.mute[3], 0);
+    EXPECT_EQ(+MM1.mute[3], 0);
     mm_SetMute(mm1, 3, 2, 1);
-    EXPECT_EQ(MM1.mute[3], 2);
+    EXPECT_EQ(+MM1.mute[3], 2);
     mm_SetMute(mm1, 3, 1, 2);
-    EXPECT_EQ(MM1.mute[3], 1);
+    EXPECT_EQ(+MM1.mute[3], 1);
     mm_SetMute(mm1, 16, 1, 1);
     EXPECT_THAT(sent(), IsEmpty());
 }
@@ -107,8 +106,8 @@ TEST_F(ChannelSettings, Transpositions_silence_before_they_store_and_hold_the_ti
     mm_SetKeyShift(mm1, 3, -5, 0);
     mm_SetTranspose(mm1, 12, 0);
     EXPECT_THAT(sent(), IsEmpty());
-    EXPECT_EQ(MM1.keyShift[3], -5);
-    EXPECT_EQ(MM1.transpose, 12);
+    EXPECT_EQ(+MM1.keyShift[3], -5);
+    EXPECT_EQ(+MM1.transpose, 12);
     mm_SetKeyShift(mm1, 3, 0, 0);
     mm_SetTranspose(mm1, 0, 0);
 
@@ -116,10 +115,12 @@ TEST_F(ChannelSettings, Transpositions_silence_before_they_store_and_hold_the_ti
     onMm1[3] = "0: BC 78 00";
     mm_SetKeyShift(mm1, 3, 200, 1);
     EXPECT_THAT(sent(), ElementsAre("0: BC 78 00"));
-    EXPECT_EQ(std::exchange(MM1.keyShift[3], 0), 200);
+    EXPECT_EQ(+MM1.keyShift[3], 200);
+    MM1.keyShift[3] = 0;
     mm_SetTranspose(mm1, -200, 1);
     EXPECT_EQ(sent(), onMm1);
-    EXPECT_EQ(std::exchange(MM1.transpose, 0), -200);
+    EXPECT_EQ(+MM1.transpose, -200);
+    MM1.transpose = 0;
     mm_SetMasterTranspose(-300);
     EXPECT_EQ(sent(), joined(onMm1, sweep(0x78, 1)));
     EXPECT_EQ(g_masterTranspose, -300);

@@ -27,10 +27,10 @@ TEST_F(Routing, Handles_select_player_1_by_its_own_and_player_2_by_any_other) {
     for (const HMIDIOUT other : {mm2, g_devices[2], HMIDIOUT{nullptr}}) {
         EXPECT_EQ(mm_GetMM(other), &MM2);
         mm_SetVolume(other, 3, 11);
-        EXPECT_EQ(MM2.volume[3], 11);
+        EXPECT_EQ(+MM2.volume[3], 11);
         MM2.volume[3] = 0;
     }
-    EXPECT_EQ(MM1.volume[3], 0);
+    EXPECT_EQ(+MM1.volume[3], 0);
     EXPECT_EQ(mm_GetInfo(g_devices[2]), &MM2.info);
 }
 
@@ -42,8 +42,8 @@ TEST_F(Routing, Both_players_on_one_output_leave_player_2_out_of_reach_of_handle
     SongBuilder song;
     song.track().note(0, 60, 48);
     ASSERT_EQ(mm_Open(mm2, song.write().c_str(), 0, 0, 0, nullptr), 1);
-    EXPECT_EQ(MM1.eventCount, 2);
-    EXPECT_EQ(MM2.eventCount, 0);
+    EXPECT_EQ(+MM1.eventCount, 2);
+    EXPECT_EQ(+MM2.eventCount, 0);
     EXPECT_EQ(mm_GetMM(nullptr), &MM2) << "every other handle is player 2's";
 }
 

@@ -69,7 +69,7 @@ TEST_F(StartUp, Binds_the_players_as_flags_and_device_indexes_ask) {
         start();
         EXPECT_EQ(mm1 != nullptr, one.player1) << one.index1;
         EXPECT_EQ(mm2 != nullptr, one.player2) << one.flags << ", " << one.index2;
-        EXPECT_EQ(MM2.hmo, mm2);
+        EXPECT_EQ(+MM2.hmo, mm2);
         mm_EndEngine();
     }
 }
@@ -123,7 +123,7 @@ TEST_F(StartUp, Is_refused_while_the_engine_runs_and_without_settings_or_lock) {
     EXPECT_EQ(mm_InitEngine(nullptr, &handle, &handle), 0);
     EXPECT_EQ(handle, nullptr);
     EXPECT_EQ(mm_GetLastError(), 7u);
-    EXPECT_EQ(MM1.hmo, mm1);
+    EXPECT_EQ(+MM1.hmo, mm1);
     EXPECT_EQ(g_timerPeriod, 10);
     EXPECT_EQ(machine::output(0).opened, 1);
     EXPECT_EQ(mm_InitEngine(&settings, nullptr, nullptr), 1) << "handles need not be taken";
@@ -138,7 +138,7 @@ TEST_F(StartUp, After_a_shut_down_with_open_songs_works_again) {
     ASSERT_EQ(mm_Open(mm2, song.write().c_str(), 0, 0, 0, nullptr), 1);
     mm_StartSync(mm2);
     mm_EndEngine();
-    EXPECT_EQ(MM1.playing + MM2.playing, 0);
+    EXPECT_EQ(+MM1.playing + MM2.playing, 0);
     EXPECT_EQ(mm_GetUnits(mm1), 480) << "getters keep answering";
     sent();
     machine::passPeriods(5, 10);

@@ -58,10 +58,15 @@ void record(int output, const void* bytes, std::size_t length) {
     sentLog.push_back({output, now(), {data, data + length}});
 }
 
-/// Handles are the output's index and one, so that no output has the null handle.
+/// Handles are the output's index and one, so that no output has the null handle; a closed one is no more.
 int indexOf(HMIDIOUT device) {
     const auto number = reinterpret_cast<std::uintptr_t>(device);
-    return number >= 1 && number <= outputCount ? static_cast<int>(number) - 1 : -1;
+    if (number < 1 || number > outputCount) {
+        return -1;
+    }
+    const int index = static_cast<int>(number) - 1;
+    const OutputDouble& output = machine::output(index);
+    return output.opened > output.closed ? index : -1;
 }
 
 UINT WINAPI getNumDevs() {

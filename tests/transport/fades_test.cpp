@@ -10,7 +10,9 @@ namespace {
 /// One straight line.
 MMFADE line(std::uint32_t length, std::int32_t slope, std::int32_t base) {
     MMFADE fade{};
-    std::fill(std::begin(fade.segmentEnd), std::end(fade.segmentEnd), length);
+    for (int k = 0; k < 5; ++k) {
+        fade.segmentEnd[k] = length;
+    }
     fade.slope[0] = slope;
     fade.base[0] = base;
     return fade;
@@ -38,12 +40,12 @@ TEST_F(Fades, A_fade_out_falls_along_its_line_and_keeps_the_song_silent) {
     const MMFADE out = line(3000, -34, 102400);
     mm_SetFadeOut(mm1, &out);
     ticks(150);
-    EXPECT_EQ(MM1.fadeOut.level, 51400);
+    EXPECT_EQ(+MM1.fadeOut.level, 51400);
     ticks(150);
-    EXPECT_EQ(MM1.fadeOut.level, 400);
+    EXPECT_EQ(+MM1.fadeOut.level, 400);
     ticks(1);
-    EXPECT_EQ(MM1.fadeOut.level, 0);
-    EXPECT_EQ(MM1.fadeOut.active, 1);
+    EXPECT_EQ(+MM1.fadeOut.level, 0);
+    EXPECT_EQ(+MM1.fadeOut.active, 1);
     ticks(99);
     EXPECT_THAT(sent(), ElementsAre("0: 90 3C 32", "0: 90 3C 00", "0: 90 3C 00", "0: 90 3C 00"));
     const MMFADE in = line(500, 0, 51200);
@@ -52,7 +54,7 @@ TEST_F(Fades, A_fade_out_falls_along_its_line_and_keeps_the_song_silent) {
     EXPECT_THAT(sent(), ElementsAre("0: 90 3C 32", "0: 90 3C 00")) << "hidden only for 500 ms";
     mm_SetFadeOut(mm1, &out);
     ticks(1);
-    EXPECT_EQ(MM1.fadeOut.level, 102400 - 340) << "a new block starts from its own beginning";
+    EXPECT_EQ(+MM1.fadeOut.level, 102400 - 340) << "a new block starts from its own beginning";
 }
 
 TEST_F(Fades, A_fade_in_rises_along_its_line_and_ends_itself) {
@@ -61,12 +63,12 @@ TEST_F(Fades, A_fade_in_rises_along_its_line_and_ends_itself) {
     const MMFADE fade = line(2048, 50, 0);
     mm_SetFadeIn(mm1, &fade);
     ticks(32);
-    EXPECT_EQ(MM1.fadeIn.time, 512u);
-    EXPECT_EQ(MM1.fadeIn.level, 25600);
+    EXPECT_EQ(+MM1.fadeIn.time, 512u);
+    EXPECT_EQ(+MM1.fadeIn.level, 25600);
     ticks(96);
-    EXPECT_EQ(MM1.fadeIn.active, 1) << "2048 ms are its last";
+    EXPECT_EQ(+MM1.fadeIn.active, 1) << "2048 ms are its last";
     ticks(1);
-    EXPECT_EQ(MM1.fadeIn.active, 0);
+    EXPECT_EQ(+MM1.fadeIn.active, 0);
     EXPECT_THAT(sent(), ElementsAre("0: 90 3C 14", "0: 90 3C 50", "0: 90 3C 50"));
 }
 
@@ -78,10 +80,10 @@ TEST_F(Fades, Stand_still_with_the_player_and_are_not_restarted_by_a_rewind) {
     mm_PauseSync(mm1);
     ticks(500);
     mm_RewindSync(mm1);
-    EXPECT_EQ(MM1.fadeOut.time, 1000u);
+    EXPECT_EQ(+MM1.fadeOut.time, 1000u);
     mm_StartSync(mm1);
     ticks(1);
-    EXPECT_EQ(MM1.fadeOut.level, 102400 - 34 * 1010);
+    EXPECT_EQ(+MM1.fadeOut.level, 102400 - 34 * 1010);
 }
 
 TEST_F(Fades, Follow_the_first_segment_whose_end_is_not_past_and_stay_within_a_velocity) {
@@ -97,7 +99,7 @@ TEST_F(Fades, Follow_the_first_segment_whose_end_is_not_past_and_stay_within_a_v
     std::vector<std::int32_t> levels;
     for (int i = 0; i < 6; ++i) {
         ticks(1);
-        levels.push_back(MM1.fadeOut.level);
+        levels.push_back(+MM1.fadeOut.level);
     }
     EXPECT_THAT(levels, ElementsAre(204810, 204820, 614430, 614440, 0, 0));
     EXPECT_THAT(sent(), ElementsAre("0: 90 3C 7F", "0: 90 3C 00", "0: 90 3C 00"));

@@ -75,13 +75,13 @@ TEST_F(FirstNote, Sends_the_set_up_in_order_and_stands_on_the_first_note) {
     EXPECT_THAT(posted(), ElementsAre(Posted{MMN_PROGRAM, 3, 0x50201}, Posted{MMN_PAN, 3, 0},
                                       Posted{MMN_VOLUME, 3, 100}));
     EXPECT_EQ(mm_GetTicks(mm1), 40u) << "a note-off is a note as well";
-    EXPECT_EQ(MM1.eventPlay, MM1.events + MM1.eventIndex);
-    EXPECT_EQ(MM1.eventPlay->kind, 0x83);
-    EXPECT_EQ(MM1.click.nextClick, 40u);
-    EXPECT_EQ(MM1.click.timeSigTick, 30u);
-    EXPECT_EQ(MM1.beatsPerBar, 6);
-    EXPECT_EQ(MM1.beatUnit, 4);
-    EXPECT_EQ(MM1.playing, 0);
+    EXPECT_EQ(+MM1.eventPlay, MM1.events + MM1.eventIndex);
+    EXPECT_EQ(+MM1.eventPlay->kind, 0x83);
+    EXPECT_EQ(+MM1.click.nextClick, 40u);
+    EXPECT_EQ(+MM1.click.timeSigTick, 30u);
+    EXPECT_EQ(+MM1.beatsPerBar, 6);
+    EXPECT_EQ(+MM1.beatUnit, 4);
+    EXPECT_EQ(+MM1.playing, 0);
 }
 
 TEST_F(FirstNote, Applies_a_patch_override_and_the_tempo_percentage) {
@@ -96,7 +96,7 @@ TEST_F(FirstNote, Applies_a_patch_override_and_the_tempo_percentage) {
     EXPECT_THAT(posted(),
                 ElementsAre(Posted{MMN_PROGRAM, 2, 0x50201}, Posted{MMN_PATCH, 2, 40 << 16},
                             Posted{MMN_TEMPO, 1, 450000}));
-    EXPECT_EQ(MM1.tempo, 450000u * 256);
+    EXPECT_EQ(+MM1.tempo, 450000u * 256);
 }
 
 TEST_F(FirstNote, Pauses_after_each_message_and_each_stored_bank_select) {
@@ -119,7 +119,7 @@ TEST_F(FirstNote, Waits_after_the_last_reset_and_counts_the_others_down) {
     addReset(track).at(30).noteOff(0, 60);
     startWith(song);
     EXPECT_THAT(walk(), ElementsAre("0: B0 07 01", "0: F0 02 F7")) << "the last one follows later";
-    EXPECT_EQ(MM1.resetCount, 1);
+    EXPECT_EQ(+MM1.resetCount, 1);
     for (int again = 0; again < 2; ++again) {
         EXPECT_THAT(walk(), ElementsAre(kGmReset, "0: B0 07 01", kGmReset, "0: F0 02 F7"));
     }
@@ -138,7 +138,7 @@ TEST_F(FirstNote, Skips_resets_uncounted_only_when_the_engine_and_the_song_ask_f
         ASSERT_EQ(mm_Open(mm1, song.write().c_str(), 0, noReset, 0, nullptr), 1);
         sent();
         EXPECT_EQ(walk().size(), sends ? 1u : 0u) << flag << ", " << request;
-        EXPECT_EQ(MM1.resetCount, sends ? 0 : 1);
+        EXPECT_EQ(+MM1.resetCount, sends ? 0 : 1);
     }
 }
 
@@ -190,6 +190,6 @@ TEST_F(FirstNote, A_song_without_a_note_is_sent_and_leaves_the_position) {
     EXPECT_LT(timeGetTime() - begin, 100 * kGap);
     EXPECT_THAT(sent(), ElementsAre("0: B0 07 01", "0: B0 07 02"));
     EXPECT_EQ(mm_GetTicks(mm1), 480u);
-    EXPECT_EQ(MM1.eventIndex, index);
+    EXPECT_EQ(+MM1.eventIndex, index);
     EXPECT_EQ(mm_PlayFirstNote(mm2), 0) << "no song at all";
 }

@@ -19,7 +19,7 @@ Table tableOf(std::initializer_list<MMLOOP> ranges) {
 
 /// The ranges of player 1 that are in use, as they stand.
 std::string plan() {
-    EXPECT_EQ(MM1.curLoop, &MM1.loops[MM1.loopIndex]);
+    EXPECT_EQ(+MM1.curLoop, &MM1.loops[MM1.loopIndex]);
     std::string text;
     for (int i = 0; i < MM1.numLoops; ++i) {
         const MMLOOP& range = MM1.loops[i];
@@ -48,18 +48,18 @@ TEST_F(Plan, A_table_is_copied_with_its_passes_and_open_ends_filled_in) {
     const Table table = tableOf({{1, 0, 1920, 77, 2, 9}, {0, 3840, 0, 0, -5, 0}});
     mm_SetLoop(mm1, table.data());
     EXPECT_EQ(plan(), "0-1920 x2/2 locked, 3840-9600 x1/1");
-    EXPECT_EQ(MM1.loops[0].reserved, 77u);
-    EXPECT_EQ(MM1.loopsSet, 1);
+    EXPECT_EQ(+MM1.loops[0].reserved, 77u);
+    EXPECT_EQ(+MM1.loopsSet, 1);
     mm_StartSync(mm1);
     playToEnd();
     EXPECT_EQ(plan(), "0-1920 x1/2 locked, 3840-9600 x1/1") << "counted down";
-    EXPECT_EQ(MM1.loopIndex, 1);
+    EXPECT_EQ(+MM1.loopIndex, 1);
     Table full;
     full.fill({0, 10, 20, 0, 3, 0});
     mm_SetLoop(mm1, full.data());
-    EXPECT_EQ(MM1.numLoops, 10);
-    EXPECT_EQ(MM1.loopIndex, 0);
-    EXPECT_EQ(MM1.loops[9].repeats, 3);
+    EXPECT_EQ(+MM1.numLoops, 10);
+    EXPECT_EQ(+MM1.loopIndex, 0);
+    EXPECT_EQ(+MM1.loops[9].repeats, 3);
 }
 
 TEST_F(Plan, Null_is_the_whole_song_once_or_practically_for_ever) {
@@ -70,7 +70,7 @@ TEST_F(Plan, Null_is_the_whole_song_once_or_practically_for_ever) {
         mm_SetLoop(mm1, table.data());
         mm_SetLoop(mm1, nullptr);
         EXPECT_EQ(plan(), endOnBeat == 0 ? "0-9600 x1/1 locked" : "0-9600 x32767/32767 locked");
-        EXPECT_EQ(MM1.loops[0].reserved, 77u) << "kept, as the lock is";
+        EXPECT_EQ(+MM1.loops[0].reserved, 77u) << "kept, as the lock is";
     }
 }
 
@@ -101,10 +101,10 @@ TEST_F(Plan, A_locator_replaces_the_plan_from_the_current_range_on) {
         MM1.loopsSet = 0;
         mm_SetNextLocator(mm1, one.newEnd, one.nextStart);
         EXPECT_EQ(plan(), one.plan);
-        EXPECT_EQ(MM1.loopIndex, 0);
-        EXPECT_EQ(MM1.loopsSet, 1);
+        EXPECT_EQ(+MM1.loopIndex, 0);
+        EXPECT_EQ(+MM1.loopsSet, 1);
         for (int i = MM1.numLoops; i < MM_MAX_LOOPS; ++i) {
-            EXPECT_EQ(MM1.loops[i].start, MMLOOP_UNUSED) << i;
+            EXPECT_EQ(+MM1.loops[i].start, MMLOOP_UNUSED) << i;
         }
     }
     EXPECT_EQ(mm_GetTicks(mm1), 0u) << "the position is not moved";
@@ -118,7 +118,7 @@ TEST_F(Plan, A_locator_without_a_current_range_starts_from_the_whole_song) {
     mm_SetNextLocator(mm1, 2000, 960);
     EXPECT_EQ(plan(), "0-2000 x1/1, 960-9600 x1/0");
     mm_SetNextLocator(mm2, 2000, 960); // no song: nothing to fault on
-    EXPECT_EQ(MM2.loops[1].end, 0u);
+    EXPECT_EQ(+MM2.loops[1].end, 0u);
 }
 
 TEST_F(Plan, Rewind_halts_at_the_start_and_keeps_plan_tempo_and_settings) {
@@ -138,15 +138,15 @@ TEST_F(Plan, Rewind_halts_at_the_start_and_keeps_plan_tempo_and_settings) {
     mm_RewindSync(mm1);
     EXPECT_THAT(sent(), IsEmpty()) << "no note is ended";
     EXPECT_THAT(posted(), IsEmpty());
-    EXPECT_EQ(MM1.playing, 0);
-    EXPECT_EQ(MM1.ticks + MM1.tickRemainder, 0u);
-    EXPECT_EQ(MM1.eventIndex + MM1.lyricIndex + MM1.chordIndex, 0);
-    EXPECT_EQ(MM1.eventPlay, MM1.events);
-    EXPECT_EQ(MM1.lyricPlay, MM1.lyrics);
-    EXPECT_EQ(MM1.chordPlay, MM1.chords);
-    EXPECT_EQ(MM1.click.nextClick + MM1.click.timeSigTick, 0u);
+    EXPECT_EQ(+MM1.playing, 0);
+    EXPECT_EQ(+MM1.ticks + MM1.tickRemainder, 0u);
+    EXPECT_EQ(+MM1.eventIndex + MM1.lyricIndex + MM1.chordIndex, 0);
+    EXPECT_EQ(+MM1.eventPlay, +MM1.events);
+    EXPECT_EQ(+MM1.lyricPlay, +MM1.lyrics);
+    EXPECT_EQ(+MM1.chordPlay, +MM1.chords);
+    EXPECT_EQ(+MM1.click.nextClick + MM1.click.timeSigTick, 0u);
     EXPECT_EQ(plan(), "0-960 x2/3") << "one pass is gone";
-    EXPECT_EQ(MM1.beatsPerBar, 7);
+    EXPECT_EQ(+MM1.beatsPerBar, 7);
     EXPECT_EQ(mm_GetTempo(mm1), 250000u);
     mm_StartSync(mm1);
     ticks(1);

@@ -4,7 +4,6 @@
 
 #include "tests/support/engine_test.h"
 
-using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -45,14 +44,14 @@ TEST_F(PlayState, Stop_and_pause_silence_the_routes_and_keep_the_position) {
         ticks(7);
         sent();
         const std::uint32_t position = mm_GetTicks(mm1);
-        machine::output(0).onMessage = [] { seen.emplace_back(g_busy, MM1.playing); };
+        machine::output(0).onMessage = [] { seen.emplace_back(g_busy, +MM1.playing); };
         halt(mm1);
         machine::output(0).onMessage = nullptr;
         EXPECT_EQ(sent(), silence);
         EXPECT_EQ(std::exchange(seen, {}), std::vector(15, std::pair(busy, 0)));
         EXPECT_EQ(g_busy, 0u);
         ticks(50);
-        EXPECT_EQ(MM1.playing, 0);
+        EXPECT_EQ(+MM1.playing, 0);
         EXPECT_EQ(mm_GetTicks(mm1), position);
         EXPECT_THAT(sent(), IsEmpty());
         halt(mm1);
@@ -72,16 +71,16 @@ TEST_F(PlayState, Start_and_restart_go_on_where_the_song_stands_with_a_fresh_rem
         MM1.tickStep = 0;
         go(mm1);
         EXPECT_THAT(sent(), IsEmpty());
-        EXPECT_EQ(MM1.playing, 1);
+        EXPECT_EQ(+MM1.playing, 1);
         EXPECT_EQ(mm_GetTicks(mm1), 28u);
-        EXPECT_EQ(MM1.tickRemainder, 0u);
-        EXPECT_EQ(MM1.tickStep, 480u * 10 * 256000);
+        EXPECT_EQ(+MM1.tickRemainder, 0u);
+        EXPECT_EQ(+MM1.tickStep, 480u * 10 * 256000);
         ticks(1);
         EXPECT_EQ(mm_GetTicks(mm1), 37u) << "9.6 without the 0.8 carried before";
-        EXPECT_NE(MM1.tickRemainder, 0u);
+        EXPECT_NE(+MM1.tickRemainder, 0u);
         go(mm1);
-        EXPECT_EQ(MM1.playing, 1) << "still playing";
-        EXPECT_EQ(MM1.tickRemainder, 0u);
+        EXPECT_EQ(+MM1.playing, 1) << "still playing";
+        EXPECT_EQ(+MM1.tickRemainder, 0u);
         mm_Close(mm1);
         mm_EndEngine();
     }
@@ -92,15 +91,15 @@ TEST_F(PlayState, A_player_without_a_song_cannot_be_started) {
     mm_SetLoop(mm1, nullptr);
     mm_StartSync(mm1);
     mm_ReStartSync(mm2);
-    EXPECT_EQ(MM1.playing, 0);
-    EXPECT_EQ(MM2.playing, 0);
+    EXPECT_EQ(+MM1.playing, 0);
+    EXPECT_EQ(+MM2.playing, 0);
     EXPECT_EQ(openBytes({'M', 'T', 'h', 'd', 0, 0, 0, 6, 0, 1, 0, 1, 0, 96}), 0);
     mm_StartSync(mm1);
-    EXPECT_EQ(MM1.playing, 0) << "a song that failed to open";
+    EXPECT_EQ(+MM1.playing, 0) << "a song that failed to open";
     ASSERT_EQ(open(longSong()), 1);
     mm_Close(mm1);
     mm_StartSync(mm1);
-    EXPECT_EQ(MM1.playing, 0) << "a closed song";
+    EXPECT_EQ(+MM1.playing, 0) << "a closed song";
 }
 
 TEST_F(PlayState, A_song_without_play_ranges_gets_the_whole_song_when_it_is_started) {
@@ -108,14 +107,14 @@ TEST_F(PlayState, A_song_without_play_ranges_gets_the_whole_song_when_it_is_star
     for (const auto& [endOnBeat, passes] : {std::pair(0, 1), std::pair(1, 32767)}) {
         ASSERT_EQ(open(longSong(), 0, endOnBeat), 1);
         mm_StartSync(mm1);
-        EXPECT_EQ(MM1.playing, 1);
-        EXPECT_EQ(MM1.curLoop, &MM1.loops[0]);
-        EXPECT_EQ(MM1.numLoops, 1);
-        EXPECT_EQ(MM1.loops[0].end, MM1.events[MM1.eventCount - 1].time);
-        EXPECT_EQ(MM1.loops[0].repeats, passes);
+        EXPECT_EQ(+MM1.playing, 1);
+        EXPECT_EQ(+MM1.curLoop, &MM1.loops[0]);
+        EXPECT_EQ(+MM1.numLoops, 1);
+        EXPECT_EQ(+MM1.loops[0].end, MM1.events[MM1.eventCount - 1].time);
+        EXPECT_EQ(+MM1.loops[0].repeats, passes);
         mm_SetNextLocator(mm1, 100, MMLOCATOR_NO_NEXT);
         mm_StartSync(mm1);
-        EXPECT_EQ(MM1.loops[0].end, 100u) << "ranges that were set stay";
+        EXPECT_EQ(+MM1.loops[0].end, 100u) << "ranges that were set stay";
     }
 }
 
@@ -149,8 +148,8 @@ TEST_F(Closing, Silences_the_routes_as_they_stood_and_then_sets_the_default_ones
     EXPECT_EQ(sent(), silenceOn(routes));
     for (int channel = 0; channel < 16; ++channel) {
         EXPECT_EQ(mm_GetChannelOut(mm1)[channel], channel);
+        EXPECT_EQ(+MM1.channelDevice[channel], mm1);
     }
-    EXPECT_THAT(MM1.channelDevice, Each(mm1));
     ticks(20);
     EXPECT_THAT(sent(), IsEmpty());
     mm_Close(mm1);
@@ -200,6 +199,6 @@ TEST_F(Closing, Frees_every_block_of_the_song_once_and_leaves_the_other_player_p
     EXPECT_EQ(machine::callCount("GlobalFree"), blocks);
     mm_Close(mm2);
     EXPECT_EQ(machine::callCount("GlobalFree"), blocks);
-    EXPECT_EQ(MM1.playing, 1);
+    EXPECT_EQ(+MM1.playing, 1);
     EXPECT_EQ(mm_GetNumEvents(mm1), 2);
 }

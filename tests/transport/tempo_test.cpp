@@ -39,8 +39,8 @@ TEST_F(Tempo, Is_changed_by_a_percentage_in_double_arithmetic_and_cut_to_whole_m
          })) {
         mm_SetTempo(mm1, one.songTempo, one.percent);
         EXPECT_EQ(mm_GetTempo(mm1), one.tempo) << one.songTempo << " at " << one.percent;
-        EXPECT_EQ(MM1.tempo, one.tempo << 8);
-        EXPECT_EQ(MM1.tempoPercent, one.percent);
+        EXPECT_EQ(+MM1.tempo, one.tempo << 8);
+        EXPECT_EQ(+MM1.tempoPercent, one.percent);
     }
 }
 
@@ -51,7 +51,7 @@ TEST_F(Tempo, That_nobody_could_play_is_refused) {
                                 std::numeric_limits<float>::quiet_NaN()}) {
         mm_SetTempo(mm1, 600000, percent);
         EXPECT_EQ(mm_GetTempo(mm1), 250000u) << percent;
-        EXPECT_EQ(MM1.tempoPercent, 50.0f) << percent;
+        EXPECT_EQ(+MM1.tempoPercent, 50.0f) << percent;
     }
     mm_SetTempo(mm1, 0, 50);
     EXPECT_EQ(mm_GetTempo(mm1), 250000u) << "a tempo of 0";
@@ -65,7 +65,7 @@ TEST_F(Tempo, Percentage_holds_for_the_tempo_events_that_follow) {
     mm_StartSync(mm1);
     const std::uint32_t step = MM1.tickStep;
     mm_SetTempo(mm1, 500000, -100);
-    EXPECT_EQ(MM1.tickStep, step);
+    EXPECT_EQ(+MM1.tickStep, step);
     ticks(10);
     EXPECT_EQ(mm_GetTicks(mm1), 48u) << "half as fast";
     ticks(11);
