@@ -59,6 +59,8 @@ OutputDouble& output(int index);
 
 /// Lets timer periods pass, one after the other. Not in real time.
 void passPeriods(int count, int periodMilliseconds);
+/// The system time that the engine reads, milliseconds. Reading it here lets no time pass.
+DWORD time();
 
 /// What was sent since the last call.
 std::vector<Sent> takeSent();

@@ -118,6 +118,11 @@ void passPeriods(int count, int periodMilliseconds) {
                         static_cast<std::uint32_t>(periodMilliseconds));
 }
 
+DWORD time() {
+    constexpr std::uint64_t kMicrosecondsPerMillisecond = 1000;
+    return static_cast<DWORD>(corvmo_GetClock() / kMicrosecondsPerMillisecond);
+}
+
 std::vector<Sent> takeSent() {
     const std::lock_guard guard(logMutex);
     return std::exchange(sentLog, {});

@@ -353,6 +353,10 @@ void passPeriods(int count, int periodMilliseconds) {
     }
 }
 
+DWORD time() {
+    return timeGetTime();
+}
+
 std::vector<Sent> takeSent() {
     const std::lock_guard guard(logMutex);
     return std::exchange(sentLog, {});

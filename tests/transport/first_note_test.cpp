@@ -46,10 +46,10 @@ protected:
 
     /// How many gaps pass before each message, and after the last one.
     std::vector<int> pauses() {
-        times = {timeGetTime()};
-        machine::output(0).onMessage = [] { times.push_back(timeGetTime()); };
+        times = {machine::time()};
+        machine::output(0).onMessage = [] { times.push_back(machine::time()); };
         walk();
-        times.push_back(timeGetTime());
+        times.push_back(machine::time());
         std::vector<int> counts;
         for (std::size_t i = 1; i < times.size(); ++i) {
             counts.push_back(static_cast<int>((times[i] - times[i - 1]) / kGap));
@@ -185,9 +185,9 @@ TEST_F(FirstNote, A_song_without_a_note_is_sent_and_leaves_the_position) {
     mm_SendMap(mm1, 480);
     sent();
     const std::int32_t index = MM1.eventIndex;
-    const DWORD begin = timeGetTime();
+    const DWORD begin = machine::time();
     EXPECT_EQ(mm_PlayFirstNote(mm1), 0);
-    EXPECT_LT(timeGetTime() - begin, 100 * kGap);
+    EXPECT_LT(machine::time() - begin, 100 * kGap);
     EXPECT_THAT(sent(), ElementsAre("0: B0 07 01", "0: B0 07 02"));
     EXPECT_EQ(mm_GetTicks(mm1), 480u);
     EXPECT_EQ(+MM1.eventIndex, index);
