@@ -70,8 +70,8 @@ TimeBase assumed(Notes& notes) {
 } // namespace
 
 std::uint32_t TimeBase::scaled(std::uint64_t tick) const {
-    const std::uint64_t value =
-        scales() ? (tick * division * 2 + oldDivision) / (oldDivision * 2u) : tick;
+    const std::uint64_t half = oldDivision; // of twice the divisor
+    const std::uint64_t value = scales() ? (tick * division * 2 + half) / (half * 2) : tick;
     return static_cast<std::uint32_t>(std::min<std::uint64_t>(value, UINT32_MAX));
 }
 

@@ -1,7 +1,4 @@
 // Each kind of defect, mended: what comes out is the song that was broken, byte for byte.
-#include <functional>
-#include <numeric>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -15,6 +12,7 @@ using ::testing::SizeIs;
 
 namespace {
 
+constexpr std::size_t kTrackAt = 22; ///< first event of a file's first track
 constexpr std::uint32_t kEndless = 0xFFFFFFFF;
 
 void expectUntouched(const Bytes& file) {
@@ -92,6 +90,8 @@ TEST(Preparation, Leaves_a_sound_song_as_it_is) {
     expectUntouched(threeTracks() + Bytes(40, 0) + bytesOf({'e', 'n', 'd'}));
     expectUntouched(threeTracks() + chunk("XFIH", Bytes(9, 1)));
     expectUntouched(threeTracks() + threeTracks());
+    expectUntouched(threeTracks() + Bytes(40, 0) + chunk("MTrk", melody(3, 70)));
+    expectUntouched(oneTrack(noteOn(60) + kEnd + noteOn(61)) + Bytes(9, 0xEE));
     Bytes most = header(1, 127, 960);
     for (int i = 0; i < 127; ++i) {
         most = most + chunk("MTrk", noteOn(i) + kEnd);
@@ -116,6 +116,7 @@ TEST(Preparation, Takes_a_song_out_of_what_surrounds_it) {
                  "RIFF");
     expectMended(riff("RMID", bytesOf({'d', 'a', 't', 'a', 0, 0, 0, 0}) + song), song, "RIFF");
     expectMended(Bytes(128, 0) + song + Bytes(77, 9), song, "128 bytes");
+    expectMended(riff("RMID", bytesOf({'d', 'a', 't', 'a', 40, 0, 0, 0}) + song), song, "RIFF");
     const Bytes tracks(song.begin() + 14, song.end());
     const Bytes fields{0, 1, 0, 3, 1, 0xE0};
     expectMended(chunk("MThd", fields + Bytes(5, 7)) + tracks, song, "5 bytes longer");
@@ -149,6 +150,7 @@ TEST(Preparation, Counts_the_tracks_itself) {
     for (const int count : {0, 1, 2, 4, 127, 128, 65535}) {
         expectMended(header(1, count, 480) + tracks, song, "the file has 3");
     }
+    expectMended(header(1, 4, 480) + tracks + song, song, "the file has 3");
     const Bytes foreign = chunk("XFIH", Bytes(9, 1));
     expectMended(header(1, 3, 480) + foreign + chunk("MTrk", melody(0, 40)) + foreign +
                      chunk("MTrk", melody(1, 50)) + chunk("MTrk", melody(2, 60)),
@@ -218,6 +220,7 @@ TEST(Preparation, Mends_system_exclusive_messages) {
     expectMended(oneTrack(exclusive(0xF0, {0x43}) + exclusive(0xF7, {0x12}) + note + kEnd), without,
                  "never ended");
     expectMended(oneTrack(exclusive(0xF0, {}) + note + kEnd), without, "never ended");
+    expectMended(oneTrack(exclusive(0xF0, Bytes(16383, 1)) + note + kEnd), without, "never ended");
     expectMended(oneTrack(exclusive(0xF7, {0xF3, 0x01}) + note + kEnd), without, "escape");
     const Bytes longest = Bytes(16382, 1) + Bytes{0xF7};
     expectUntouched(oneTrack(exclusive(0xF0, longest) + kEnd));
@@ -242,9 +245,12 @@ TEST(Preparation, Steps_over_what_is_no_event) {
     for (std::size_t at = 0; at < events.size(); ++at) {
         SCOPED_TRACE(at);
         for (const int status : {0xF4, 0xF5, 0xF9, 0xFD}) {
-            expectMended(song(at, bytesOf({0x00, status})), intact, "");
+            expectMended(song(at, bytesOf({0x00, status})), intact);
         }
     }
+    Bytes delayed = song(4, {0x10, 0xF4});
+    delayed.at(kTrackAt + 4 * events[0].size() + 2) = 0;
+    expectMended(delayed, intact);
     expectMended(song(0, {0x00, 0x33}), intact, "2 bytes were skipped");
     expectMended(song(8, {0x00, 0xF4, 0x01, 0xFF, 0xFF, 0xFF}), intact, "6 bytes were skipped");
 }
@@ -259,6 +265,7 @@ TEST(Preparation, Ends_tracks_that_have_no_end) {
     const Bytes note = noteOn(60);
     const Bytes end{0x10, 0x80, 60, 0x40};
     expectMended(oneTrack(note), oneTrack(note + kEnd), "end-of-track");
+    expectMended(oneTrack(note) + Bytes(3, 0xEE), oneTrack(note + kEnd), "end-of-track");
     expectMended(oneTrack(note + end + kEnd + Bytes(3, 0xFF)), oneTrack(note + end + kEnd),
                  "behind its end");
     // Cut off: what sounds is ended, the event that is not whole is dropped.
