@@ -66,7 +66,7 @@ TEST_F(KaraokeMessages, Controller_31_points_at_syllables_once_switched_on) {
         }
     };
     points({0, 3});
-    track.karaoke(4, "Hello, world").karaoke(5, "*?+;:.!' -x").karaoke(6, "Third");
+    track.karaoke(4, "Hello, world").karaoke(5, "x*?+;:.!' -y").karaoke(6, "Third");
     track.karaoke(7, "Fourth").karaoke(0).karaoke(8);
     points({5});                  // 120: no line yet
     points({0, 3, 5, 8, 20, 20}); // 130: the start is a line break already
@@ -77,7 +77,7 @@ TEST_F(KaraokeMessages, Controller_31_points_at_syllables_once_switched_on) {
     ASSERT_EQ(open(song, 0, 1), 1);
     EXPECT_THAT(lyricLines(MM1),
                 ElementsAre("28 \r", "140 Hel", "150 lo, ", "160 wor", "170 ld", "190 \r",
-                            "220 Thi", "230 \r", "240 He", "260 ll", "280 \r", "290 *?+;:.!' -"));
+                            "220 Thi", "230 \r", "240 He", "260 ll", "280 \r", "290 x*?+;:.!' -"));
     EXPECT_EQ(mm_GetNumEvents(mm1), 20 + 7 + 1) << "controllers and messages stay in the song";
 
     // What the last song's lines held is gone.

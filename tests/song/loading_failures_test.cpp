@@ -141,13 +141,18 @@ TEST_F(LoadingFailures, An_event_list_that_cannot_grow_fails_the_opening_whateve
         for (const char* const function : {"GlobalReAlloc", "GlobalLock"}) {
             const bool locking = std::string(function) == "GlobalLock";
             g_lastError.store(kEarlierError);
+            machine::failCall("GlobalAlloc", 0);
+            machine::failCall("GlobalFree", 0);
             machine::failCall(function, locking ? kSongBlocks + 1 : 1);
             EXPECT_EQ(open(song, 0, 1), 0) << &writer - writers << function;
             EXPECT_EQ(mm_GetLastError(), ENGINE_ERR_LOCK);
             EXPECT_EQ(mm_GetNumEvents(mm1), locking ? 0 : kFirstCapacity);
             EXPECT_EQ(g_busy.load(), 0u);
+            mm_Close(mm1);
+            EXPECT_EQ(machine::callCount("GlobalFree"), machine::callCount("GlobalAlloc"));
         }
         EXPECT_EQ(open(song, 0, 1), 1);
         EXPECT_GT(mm_GetNumEvents(mm1), kFirstCapacity);
+        mm_Close(mm1);
     }
 }

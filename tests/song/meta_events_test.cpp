@@ -24,8 +24,8 @@ TEST_F(MetaEvents, Texts_carry_the_words_of_a_song_with_a_header_mark) {
 TEST_F(MetaEvents, Lyric_events_carry_the_words_of_any_other_song) {
     SongBuilder song;
     TrackBuilder& track = song.track();
-    track.at(960).lyric("%G7").text("C").lyric("<a").lyric(">\0\0"sv).lyric("@x").lyric("\nx");
-    track.lyric("\0x"sv).lyric("").lyric("Hel").at(970).lyric("lo").at(980).lyric("<new");
+    track.at(950).lyric("<a").lyric(">\0\0"sv).lyric("@x").lyric("\nx").lyric("\0x"sv).lyric("");
+    track.at(960).lyric("%G7").text("C").lyric("Hel").at(970).lyric("lo").at(980).lyric("<new");
     track.at(990).lyric("\r").at(1000).lyric(">\0x"sv).at(1010).lyric("%").at(1020).lyric("/x");
     ASSERT_EQ(open(song), 1);
     EXPECT_THAT(lyricLines(MM1), ElementsAre("192 \r", "960 Hel", "970 lo", "980 \r", "980 new",

@@ -34,11 +34,11 @@ TEST_F(Opening, A_player_gets_its_starting_values) {
     mm_SetChannelOut(mm1, 2, 11, 0);
     mm_SetVolume(mm1, 2, -20);
     ASSERT_EQ(openWith(0x25, &kClick), 1);
-    EXPECT_THAT(
-        (std::vector<int>{MM1.format, MM1.trackCount, MM1.division, MM1.beatsPerBar, MM1.beatUnit,
-                          MM1.markerCount, MM1.resetCount, MM1.textLineIndex, MM1.info.keySignature,
-                          MM1.endOnBeat, MM1.playing, MM1.volume[2], g_noResetArg.load()}),
-        ElementsAre(1, 1, 480, 4, 4, 0, 0, 3, -1, 7, 0, -20, -1));
+    EXPECT_THAT((std::vector<int>{MM1.format, MM1.trackCount, MM1.division, MM1.beatsPerBar,
+                                  MM1.beatUnit, MM1.markerCount, MM1.resetCount, MM1.textLineIndex,
+                                  MM1.info.keySignature, MM1.endOnBeat, MM1.playing, MM1.volume[2],
+                                  g_noResetArg.load(), MM1.eventCount}),
+                ElementsAre(1, 1, 480, 4, 4, 0, 0, 3, -1, 7, 0, -20, -1, 3));
     EXPECT_EQ(MM1.options, 0x25u);
     EXPECT_EQ(mm_GetTempo(mm1), 500000u);
     EXPECT_THAT(lyricLines(MM1), ElementsAre("0 \r"));

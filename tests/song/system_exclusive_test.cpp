@@ -103,8 +103,15 @@ TEST_F(SystemExclusive, Without_a_store_messages_are_dropped_but_words_are_read)
     settings.flags = 0;
     start();
     SongBuilder song;
-    song.track().systemExclusive({0x7E, 0x7F, 9, 1}).karaoke(7, "x").karaoke(4, "words");
-    song.track().at(1).karaoke(7).at(960).karaoke(8).noteOn(0, 60);
+    song.track().systemExclusive({0x7E, 0x7F, 9, 1}).systemExclusive(body(200));
+    song.track()
+        .karaoke(7, "x")
+        .karaoke(4, "words")
+        .at(1)
+        .karaoke(7)
+        .at(960)
+        .karaoke(8)
+        .noteOn(0, 60);
     ASSERT_EQ(open(song), 1);
     EXPECT_EQ(MM1.sysex, nullptr);
     EXPECT_EQ(MM1.resetCount, 0);

@@ -46,7 +46,7 @@ TEST_F(TextTables, A_long_lyric_is_split_at_its_spaces) {
     EXPECT_THAT(lyricsOf({text}), ElementsAre(piece(text, 1, 75), piece(text, 76, 100)));
     text = spaced(100, {});
     EXPECT_THAT(lyricsOf({text}), ElementsAre(piece(text, 1, 79), piece(text, 80, 100)));
-    text = spaced(80, {79});
+    text = spaced(80, {30, 79});
     EXPECT_THAT(lyricsOf({text}), ElementsAre(piece(text, 1, 79), piece(text, 80, 80)));
     text = spaced(100, {20, 80});
     EXPECT_THAT(lyricsOf({text}),
@@ -111,10 +111,16 @@ TEST_F(TextTables, Full_tables_drop_what_comes_after) {
     for (std::uint32_t i = 1; i <= 1535; ++i) {
         track.at(i).lyric("a").text("C");
     }
-    track.at(1536).lyric("over").lyric("<gone").lyric(std::string(200, 'x')).text("over");
+    track.lyric("<gone")
+        .at(1536)
+        .lyric("over")
+        .lyric("<gone")
+        .lyric(std::string(200, 'x'))
+        .text("over");
     ASSERT_EQ(open(song), 1);
     EXPECT_EQ(mm_GetNumLyrics(mm1), MM_MAX_LYRICS);
     EXPECT_STREQ(mm_GetPointerLyrics(mm1, MM_MAX_LYRICS - 1)->text, "a");
+    EXPECT_EQ(MM1.info.hasLyrics, 1);
     EXPECT_EQ(mm_GetNumChords(mm1), MM_MAX_CHORDS);
     EXPECT_EQ(mm_GetPointerChords(mm1, MM_MAX_CHORDS - 1)->time, 999u);
     track.at(1600).lyric("a");

@@ -74,9 +74,11 @@ TEST_F(TrackParser, System_exclusive_ends_with_F7_and_has_one_or_two_length_byte
         song.track().systemExclusive(Bytes(length, 1)).noteOn(0, 60);
         EXPECT_EQ(open(song), 1) << length;
     }
-    SongBuilder longest;
-    longest.track().systemExclusive(Bytes(16383, 1));
-    expectRefused(longest.bytes(), ENGINE_ERR_SYSEX, "a third length byte");
+    Bytes tooLong(16383, 1);
+    tooLong[126] = 0xF7; // where a message of two length bytes would end
+    SongBuilder song;
+    song.track().systemExclusive(tooLong);
+    expectRefused(song.bytes(), ENGINE_ERR_SYSEX, "a third length byte");
 }
 
 TEST_F(TrackParser, Delta_times_keep_their_low_32_bits) {
@@ -112,8 +114,11 @@ TEST_F(TrackParser, A_chunk_ends_at_its_declared_length_whatever_it_holds) {
     song.track().raw({0, 0x90, 0x3C}); // the next byte in the file is the M of the next chunk
     song.track().raw({0, 0xFF, 0x2F, 0, 7, 0x91, 1, 2});
     song.track();
+    song.track().raw({0, 0xFF, 0x7F, 12}); // reaches into the events of the last chunk
+    song.track().raw({8, 0x92, 3, 4, 1, 5, 6});
     ASSERT_EQ(open(song), 1);
-    EXPECT_THAT(eventLines(MM1), ElementsAre("0 90 3C 4D 00", "7 91 01 02 00"));
+    EXPECT_THAT(eventLines(MM1),
+                ElementsAre("0 90 3C 4D 00", "7 91 01 02 00", "8 92 03 04 00", "9 92 05 06 00"));
     EXPECT_EQ(MM1.tracks[2].parsed, 1);
     EXPECT_EQ(MM1.tracks[2].runningStatus, -1);
 }
