@@ -14,8 +14,9 @@
  * @endcode
  * A second mm_InitEngine before mm_EndEngine answers 0 and changes nothing. A start-up that failed is
  * ended by mm_EndEngine too (the next mm_InitEngine does it if the host does not). Before start-up,
- * after a failed one and after shut-down every call that would wait or lock returns at once without
- * effect, 0 where it has a result; getters keep answering from the records.
+ * after a failed one and after shut-down every call that would wait, lock, open, prepare or send a long
+ * message returns at once without effect, 0 where it has a result; getters keep answering from the
+ * records, and short messages meet the system's refusal of a handle that is not open.
  *
  * @par Players
  * Two players, MM1 and MM2, are each bound to a MIDI output and named by that output's handle, as

@@ -103,8 +103,8 @@ TEST_F(ChannelSettings, Transpositions_silence_before_they_store_and_hold_the_ti
         seen.push_back(MM1.keyShift[3] + MM1.transpose + g_masterTranspose);
         seen.push_back(static_cast<int>(g_busy) - 1);
     };
-    mm_SetKeyShift(mm1, 3, -5, 0);
-    mm_SetTranspose(mm1, 12, 0);
+    mm_SetKeyShift(mm1, 3, -5, 2);
+    mm_SetTranspose(mm1, 12, 2);
     EXPECT_THAT(sent(), IsEmpty());
     EXPECT_EQ(+MM1.keyShift[3], -5);
     EXPECT_EQ(+MM1.transpose, 12);
