@@ -134,6 +134,8 @@ TEST_F(ChannelMap, Takes_data_entries_for_the_kind_of_number_that_any_channel_ch
     EXPECT_EQ(slots({{0xB2, 99, 1}, {0xB2, 98, 32}, {0xB2, 6, 70}, {0xB2, 6, 80}}),
               (Slots{{70, 80}}));
     EXPECT_EQ(slots({{0xB2, 99, 0}, {0xB2, 98, 32}, {0xB2, 6, 70}}), Slots{});
+    EXPECT_EQ(slots({{0xB2, 98, 32}, {0xB5, 101, 0}, {0xB2, 99, 1}, {0xB2, 6, 5}}),
+              (Slots{{70, 5}}));
     EXPECT_EQ(slots({{0xB2, 101, 0},
                      {0xB2, 100, 2},
                      {0xB2, 99, 1},

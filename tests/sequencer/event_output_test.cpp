@@ -117,7 +117,7 @@ TEST_F(EventOutput, A_fade_scales_velocities_after_the_percentage_and_a_fade_in_
     EXPECT_THAT(posted(), ElementsAre(Posted{MMN_NOTEON, 0, 0}, Posted{MMN_NOTEOFF, 1, 0},
                                       Posted{MMN_NOTEOFF, 0, 0}));
     EXPECT_THAT(next(), ElementsAre("0: 90 3C 1F")) << "a quarter of 127 once the fade-in is over";
-    const MMFADE loud = level(INT32_MAX, 100);
+    const MMFADE loud = level(204800, 100);
     prepare({{0x90, 60, 100}});
     mm_SetFadeIn(mm1, &loud);
     EXPECT_THAT(next(), ElementsAre("0: 90 3C 7F"));
@@ -134,12 +134,11 @@ TEST_F(EventOutput, A_muted_channel_sends_everything_but_notes_and_still_reports
                                       Posted{MMN_NOTEON, 5, 0}));
 }
 
-TEST_F(EventOutput, Notes_are_reported_by_what_was_sent_and_only_when_asked) {
+TEST_F(EventOutput, Notes_are_reported_by_song_channel_and_only_when_asked) {
     start();
-    prepare({{0x93, 60, 0}, {0x93, 61, 100}, {0x83, 61, 100}}, kAllOptions & ~MMOPT_NOTES);
+    prepare({{0x93, 60, 0}, {0x83, 61, 100}}, kNoTexts & ~MMOPT_NOTES);
     ticks(1);
-    EXPECT_THAT(posted(MMN_NOTEON), IsEmpty());
-    EXPECT_THAT(posted(MMN_NOTEOFF), IsEmpty());
+    EXPECT_THAT(posted(), IsEmpty());
     prepare({{0x93, 60, 0}, {0x93, 61, 100}, {0x83, 61, 100}}, MMOPT_NOTES);
     mm_SetChannelOut(mm1, 3, 7, 0);
     ticks(1);
@@ -176,40 +175,24 @@ TEST_F(EventOutput, A_time_signature_event_sets_the_beat_from_its_tick) {
 
 TEST_F(EventOutput, Other_channel_messages_go_out_unchanged_on_the_route) {
     start();
-    prepare({{0xA1, 60, 33},
-             {0xD1, 44},
-             {0xE1, 1, 127},
-             {0xB1, 6, 5},
-             {0xB1, 38, 4},
-             {0xB1, 98, 3},
-             {0xB1, 101, 2},
-             {0xB1, 64, 127}},
-            kNoTexts);
+    prepare(
+        {{0xA1, 60, 33}, {0xD1, 44}, {0xE1, 1, 127}, {0xB1, 6, 5}, {0xB1, 38, 4}, {0xB1, 98, 3}});
+    mm_SetOptions(mm1, kNoTexts);
     mm_SetChannelOut(mm1, 1, 14, 0);
     mm_SetChannelDevice(mm1, 1, 1, 0);
     mm_SetTranspose(mm1, 5, 0);
     mm_SetVelocity(mm1, 1, 50);
     mm_SetVolume(mm1, 1, 50);
     EXPECT_THAT(next(), ElementsAre("1: AE 3C 21", "1: DE 2C", "1: EE 01 7F", "1: BE 06 05",
-                                    "1: BE 26 04", "1: BE 62 03", "1: BE 65 02", "1: BE 40 7F"));
+                                    "1: BE 26 04", "1: BE 62 03"));
     EXPECT_THAT(posted(), IsEmpty());
 }
 
 TEST_F(EventOutput, System_common_and_real_time_messages_of_a_song_are_not_sent) {
     start();
-    prepare({{0xF1, 1},
-             {0xF2, 1, 2},
-             {0xF3, 1},
-             {0xF6},
-             {0xF8},
-             {0xFA},
-             {0xFB},
-             {0xFC},
-             {0xFE},
-             {0x90, 60, 100}},
-            kAllOptions);
-    EXPECT_EQ(+MM1.eventCount, 11);
-    EXPECT_THAT(next(), ElementsAre("0: 90 3C 64"));
+    prepare({{0xF1, 1}, {0xF2, 1, 2}, {0xF3, 1}, {0xF6}, {0xF8}, {0xFA}, {0xFB}, {0xFC}, {0xFE}});
+    EXPECT_EQ(+MM1.eventCount, 10);
+    EXPECT_THAT(next(), IsEmpty());
 }
 
 TEST_F(EventOutput, Data_bytes_of_a_broken_song_leave_as_they_stand) {

@@ -9,25 +9,14 @@ namespace {
 
 constexpr int kDivision = 100;
 
-std::vector<std::string> onAllChannels(int controller) {
-    std::vector<std::string> lines;
-    for (std::uint8_t channel = 0; channel < 16; ++channel) {
-        lines.push_back(toText(Sent{0,
-                                    0,
-                                    {static_cast<std::uint8_t>(0xB0 | channel),
-                                     static_cast<std::uint8_t>(controller), 0}}));
-    }
-    return lines;
-}
-
 std::vector<std::string> operator+(std::vector<std::string> lines,
                                    const std::vector<std::string>& more) {
     lines.insert(lines.end(), more.begin(), more.end());
     return lines;
 }
 
-const std::vector<std::string> kAllNotesOff = onAllChannels(123);
-const std::vector<std::string> kResets = onAllChannels(121);
+const std::vector<std::string> kAllNotesOff = sweep(123);
+const std::vector<std::string> kResets = sweep(121);
 
 } // namespace
 
@@ -139,9 +128,9 @@ TEST_F(PlayRanges, Ranges_may_go_back_and_overlap) {
 TEST_F(PlayRanges, A_jump_discards_the_fraction_of_a_tick) {
     start();
     SongBuilder song(480);
-    song.track().noteOn(0, 60).at(4800).noteOff(0, 60);
-    playRanges(song, {range(0, 15), range(1000, 0)});
-    ticks(2); // 19.2
+    song.track().noteOn(0, 60).at(500).noteOn(0, 60).at(4800).noteOff(0, 60);
+    playRanges(song, {range(0, 15), range(1000, 0)}); // forward, without a rewind on the way
+    ticks(2);                                         // 19.2
     EXPECT_EQ(+MM1.ticks, 1009U);
     EXPECT_EQ(+MM1.tickRemainder, 76800000U);
     ticks(1);

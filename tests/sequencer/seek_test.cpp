@@ -90,6 +90,8 @@ TEST_F(Seek, Keeps_the_fraction_of_a_tick_unless_it_goes_back) {
     play(built);
     ticks(1);
     seekTo(500);
+    seekTo(2000);
+    seekTo(2000); // where the next event stands
     EXPECT_EQ(+MM1.tickRemainder, 76800000U);
     seekTo(50);
     EXPECT_EQ(+MM1.tickRemainder, 0U);

@@ -2,7 +2,6 @@
 #include "tests/whole/device_model.h"
 
 #include <algorithm>
-#include <array>
 #include <iterator>
 #include <map>
 #include <set>
@@ -11,23 +10,19 @@ namespace {
 
 class Channel {
 public:
-    Channel() {
-        reset();
-    }
-
     void take(const std::vector<std::uint8_t>& message) {
         switch (message[0] & 0xF0) {
         case 0xB0:
             controller(message[1], message[2]);
             break;
         case 0xC0:
-            state_["program"] = bank_ + message[1];
+            state_["program"] = bankMsb_ << 16 | bankLsb_ << 8 | message[1];
             break;
         case 0xD0:
             state_["pressure"] = message[1];
             break;
         case 0xE0:
-            state_["bend"] = message[2] << 7 | message[1];
+            state_["bend"] = message[2] << 8 | message[1];
             break;
         default:
             break;
@@ -40,67 +35,49 @@ public:
 
 private:
     void controller(int number, int value) {
-        switch (number) {
-        case 0:
-            bank_ = (bank_ & 0x3FFF) | value << 14;
-            break;
-        case 32:
-            bank_ = (bank_ & ~0x3F80) | value << 7;
-            break;
-        case 6:
-            state_[parameter_ + std::to_string(high_) + "/" + std::to_string(low_)] = value;
-            break;
-        case 98:
-        case 100:
-            parameter_ = number == 100 ? "registered " : "non-registered ";
-            low_ = value;
-            break;
-        case 99:
-        case 101:
-            parameter_ = number == 101 ? "registered " : "non-registered ";
-            high_ = value;
-            break;
-        case 120:
-        case 123:
-            break;
-        case 121:
-            reset();
-            break;
-        default:
+        if (number == 0) {
+            bankMsb_ = value;
+        } else if (number == 32) {
+            bankLsb_ = value;
+        } else if (number >= 98 && number <= 101) {
+            registered_ = number >= 100;
+            (number % 2 == 0 ? low_ : high_) = value;
+        } else if (number == 6) {
+            const std::string kind = registered_ ? "registered " : "non-registered ";
+            state_[kind + std::to_string(high_ << 8 | low_)] = value;
+        } else if (number == 121) {
+            for (const char* const reset :
+                 {"controller 1", "controller 11", "controller 64", "bend"}) {
+                state_[reset] = 0;
+            }
+            low_ = high_ = 127;
+        } else if (number < 120) {
             state_["controller " + std::to_string(number)] = value;
-            break;
         }
     }
 
-    void reset() {
-        for (const char* const name : {"1", "11", "64", "65", "66", "67"}) {
-            state_["controller " + std::string(name)] = 0;
-        }
-        state_["bend"] = 64 << 7;
-        state_["pressure"] = 0;
-        high_ = low_ = 127;
-    }
-
-    std::map<std::string, int> state_;
-    std::string parameter_;
-    int bank_ = 0;
+    std::map<std::string, int> state_{
+        {"bend", 0}, {"controller 1", 0}, {"controller 11", 0}, {"controller 64", 0}};
+    int bankMsb_ = 0;
+    int bankLsb_ = 0;
+    bool registered_ = false;
     int high_ = 127;
     int low_ = 127;
 };
 
 /// One line for each value of an output's channels.
 std::set<std::string> linesOf(const std::vector<Sent>& log, int output) {
-    std::array<Channel, 16> channels;
+    Channel channels[16];
     for (const Sent& sent : log) {
         if (sent.output == output && sent.bytes[0] < 0xF0) {
             channels[sent.bytes[0] & 0x0F].take(sent.bytes);
         }
     }
     std::set<std::string> lines;
-    for (std::size_t i = 0; i < channels.size(); ++i) {
-        for (const auto& [name, value] : channels[i].state()) {
-            lines.insert("channel " + std::to_string(i) + ' ' + name + " = " +
-                         std::to_string(value));
+    for (const Channel& channel : channels) {
+        const std::string number = "channel " + std::to_string(&channel - channels) + ' ';
+        for (const auto& [name, value] : channel.state()) {
+            lines.insert(number + name + " = " + std::to_string(value));
         }
     }
     return lines;

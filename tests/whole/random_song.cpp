@@ -4,76 +4,78 @@
 namespace {
 
 constexpr int kEvents = 400;
+constexpr int kChannels[] = {0, 3, 9, 15};
 constexpr int kControllers[] = {1,  2,  4,  5,  7,  8,  10, 11, 12, 13, 16, 17, 18, 19, 33, 34, 36,
                                 37, 40, 43, 44, 45, 64, 65, 66, 67, 68, 69, 84, 91, 92, 93, 94, 95};
-constexpr int kChannels[] = {0, 3, 9, 15};
+constexpr int kNonRegistered[] = {8, 9, 10, 32, 33, 99, 100, 102};
 
+template <std::size_t Count>
+int oneOf(std::mt19937& random, const int (&values)[Count]) {
+    return values[static_cast<std::size_t>(anyOf(random, 0, Count - 1))];
+}
+
+/// Writes messages with values by chance.
 class Writer {
 public:
     Writer(TrackBuilder& track, std::mt19937& random) : track_(track), random_(random) {}
 
-    void bankAndProgram(int channel) {
-        track_.controller(channel, 0, data())
-            .controller(channel, 32, data())
-            .program(channel, data());
+    void controllers(int channel, std::initializer_list<int> numbers) {
+        for (const int number : numbers) {
+            track_.controller(channel, number, data());
+        }
     }
 
-    void registered(int channel, int low) {
-        track_.controller(channel, 101, 0)
-            .controller(channel, 100, low)
-            .controller(channel, 6, data());
+    void program(int channel) {
+        controllers(channel, {0, 32});
+        track_.program(channel, data());
     }
 
-    void nonRegistered(int channel, int low) {
-        track_.controller(channel, 99, 1)
-            .controller(channel, 98, low)
-            .controller(channel, 6, data());
-    }
-
-    void controller(int channel, int number) {
-        track_.controller(channel, number, data());
+    void parameter(int channel, int highController, int low) {
+        track_.controller(channel, highController, highController == 99 ? 1 : 0);
+        track_.controller(channel, highController - 1, low);
+        controllers(channel, {6});
     }
 
     void bendAndPressure(int channel) {
         track_.event({0xE0 | channel, data(), data()}).event({0xD0 | channel, data()});
     }
 
+    void note(int channel, int velocity) {
+        track_.noteOn(channel, anyOf(random_, 60, 63), velocity);
+    }
+
     void everything(int channel) {
-        bankAndProgram(channel);
+        program(channel);
         bendAndPressure(channel);
         for (const int number : kControllers) {
-            controller(channel, number);
+            controllers(channel, {number});
         }
         for (const int low : {0, 1, 2}) {
-            registered(channel, low);
+            parameter(channel, 101, low);
         }
-        for (const int low : {8, 9, 10, 32, 33, 99, 100, 102}) {
-            nonRegistered(channel, low);
+        for (const int low : kNonRegistered) {
+            parameter(channel, 99, low);
         }
     }
 
     void anything(int channel) {
         switch (anyOf(random_, 0, 9)) {
         case 0:
-            return bankAndProgram(channel);
+            return program(channel);
         case 1:
-            return registered(channel, anyOf(random_, 0, 2));
+            return parameter(channel, 101, anyOf(random_, 0, 2));
         case 2:
-            return nonRegistered(channel, anyOf(random_, 8, 10));
+            return parameter(channel, 99, oneOf(random_, kNonRegistered));
         case 3:
             return bendAndPressure(channel);
         case 4:
         case 5:
+            return controllers(channel, {oneOf(random_, kControllers)});
         case 6:
-            return controller(
-                channel, kControllers[static_cast<std::size_t>(
-                             anyOf(random_, 0, static_cast<int>(std::size(kControllers)) - 1))]);
         case 7:
-            track_.noteOff(channel, anyOf(random_, 60, 63));
-            return;
+            return note(channel, 0);
         default:
-            track_.noteOn(channel, anyOf(random_, 60, 63), anyOf(random_, 0, 127));
-            return;
+            return note(channel, data());
         }
     }
 
@@ -109,7 +111,7 @@ SongBuilder randomSong(std::mt19937& random, bool withTempo) {
             }
         }
         track.at(tick += static_cast<std::uint32_t>(anyOf(random, 0, 9)));
-        writer.anything(kChannels[static_cast<std::size_t>(anyOf(random, 0, 3))]);
+        writer.anything(oneOf(random, kChannels));
     }
     track.at(tick + 50).noteOn(0, 1);
     return song;
