@@ -12,8 +12,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto kTimeToNotice = 300ms;
+constexpr auto kTimeToNotice = 500ms;
 constexpr auto kTimeToClose = 2s;
+constexpr unsigned kSecondsOfLastResort = 2;
 constexpr int kSignalExitBase = 128;
 constexpr int kEndOfWatch = SIGUSR1; ///< sent by the destructor to the watching thread
 
@@ -91,6 +92,8 @@ void StopSignals::endUnlessClosed(int signal) {
     if (m_closed) {
         return;
     }
+    // Nothing may hold up the last resort itself: the alarm ends the process.
+    ::alarm(kSecondsOfLastResort);
     if (m_lastResort) {
         m_lastResort();
     }

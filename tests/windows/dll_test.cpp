@@ -74,6 +74,5 @@ SongBuilder evenNotes(int count, std::uint32_t distance, int channel) {
         track.at(kFirst + static_cast<std::uint32_t>(i) * distance);
         track.note(channel, 36 + i % 48, distance / 2);
     }
-    track.at(kFirst + static_cast<std::uint32_t>(count) * distance).noteOff(channel, 0);
     return song;
 }

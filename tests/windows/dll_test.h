@@ -35,6 +35,6 @@ protected:
     HMIDIOUT mm2 = nullptr;
 };
 
-/// Notes on one channel at every so many ticks from tick 96 on, each half as long as the distance. One
-/// distance after the last note a note-off ends the song; what stands at the end itself is never sent.
+/// Notes on one channel at every so many ticks from tick 96 on, each half as long as the distance. The last
+/// one's note-off is the end of the song, where the engine silences the channels instead of sending it.
 SongBuilder evenNotes(int count, std::uint32_t distance, int channel = 0);

@@ -12,18 +12,18 @@ constexpr UINT_PTR kWatchdogTimer = 1;
 } // namespace
 
 NotifyWindow::NotifyWindow()
-    : window_(CreateWindowExA(0, "STATIC", "", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr,
-                              nullptr)) {}
+    : m_window(CreateWindowExA(0, "STATIC", "", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr,
+                               nullptr)) {}
 
 NotifyWindow::~NotifyWindow() {
-    DestroyWindow(window_);
+    DestroyWindow(m_window);
 }
 
 void NotifyWindow::receive(const MSG& message) {
     if (message.message >= WM_USER) {
-        received_.push_back({message.message, message.wParam, message.lParam});
+        m_received.push_back({message.message, message.wParam, message.lParam});
     } else if (message.message == WM_TIMER) {
-        expired_ = true;
+        m_expired = true;
     } else {
         DispatchMessageA(&message);
     }
@@ -31,24 +31,24 @@ void NotifyWindow::receive(const MSG& message) {
 
 bool NotifyWindow::waitFor(UINT message, int count) {
     const auto arrived = [&] {
-        return std::count_if(received_.begin(), received_.end(), [&](const Posted& posted) {
+        return std::count_if(m_received.begin(), m_received.end(), [&](const Posted& posted) {
                    return posted.message == message;
                }) >= count;
     };
-    expired_ = false;
-    SetTimer(window_, kWatchdogTimer, kWatchdog, nullptr);
+    m_expired = false;
+    SetTimer(m_window, kWatchdogTimer, kWatchdog, nullptr);
     MSG next;
-    while (!arrived() && !expired_ && GetMessageA(&next, window_, 0, 0) > 0) {
+    while (!arrived() && !m_expired && GetMessageA(&next, m_window, 0, 0) > 0) {
         receive(next);
     }
-    KillTimer(window_, kWatchdogTimer);
+    KillTimer(m_window, kWatchdogTimer);
     return arrived();
 }
 
 std::vector<Posted> NotifyWindow::take() {
     MSG next;
-    while (PeekMessageA(&next, window_, 0, 0, PM_REMOVE) != 0) {
+    while (PeekMessageA(&next, m_window, 0, 0, PM_REMOVE) != 0) {
         receive(next);
     }
-    return std::exchange(received_, {});
+    return std::exchange(m_received, {});
 }

@@ -13,7 +13,7 @@ public:
     NotifyWindow& operator=(const NotifyWindow&) = delete;
 
     HWND handle() const {
-        return window_;
+        return m_window;
     }
 
     /// Runs the message loop until a notification has arrived so many times since the last take(). False
@@ -26,7 +26,7 @@ public:
 private:
     void receive(const MSG& message);
 
-    HWND window_;
-    std::vector<Posted> received_;
-    bool expired_ = false;
+    HWND m_window;
+    std::vector<Posted> m_received;
+    bool m_expired = false;
 };
