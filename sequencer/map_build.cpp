@@ -169,8 +169,8 @@ void MapBuilder::takeDataEntry(int channel, std::uint8_t value) noexcept {
     using Mode = ParameterNumbers::Mode;
     std::uint8_t slot = kNone;
     if (m_numbers.mode == Mode::Registered) {
-        slot =
-            parameterSlot(kRegisteredParameters, kRegisteredHighByte, m_numbers.registered[channel]);
+        slot = parameterSlot(kRegisteredParameters, kRegisteredHighByte,
+                             m_numbers.registered[channel]);
     } else if (m_numbers.mode == Mode::NonRegistered) {
         slot = parameterSlot(kNonRegisteredParameters, kNonRegisteredHighByte,
                              m_numbers.nonRegistered[channel]);

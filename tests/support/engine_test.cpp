@@ -112,7 +112,8 @@ std::vector<std::string> sweep(int controller, int output) {
     std::vector<std::string> lines;
     for (int channel = 0; channel < 16; ++channel) {
         const auto status = static_cast<std::uint8_t>(0xB0 | channel);
-        lines.push_back(toText(Sent{output, 0, {status, static_cast<std::uint8_t>(controller), 0}}));
+        lines.push_back(
+            toText(Sent{output, 0, {status, static_cast<std::uint8_t>(controller), 0}}));
     }
     return lines;
 }
