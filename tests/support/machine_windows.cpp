@@ -15,7 +15,8 @@
 
 namespace {
 
-constexpr DWORD kWatchdog = 60000; ///< milliseconds
+constexpr DWORD kWatchdog = 60000;    ///< milliseconds
+constexpr UINT kLastMessage = 0x7FFF; ///< of those that programs define
 
 std::array<std::unique_ptr<OutputDouble>, machine::kMaxOutputs> doubles;
 UINT outputCount = 0;
@@ -369,7 +370,7 @@ HWND window() {
 std::vector<Posted> takePosted() {
     std::vector<Posted> posted;
     MSG message;
-    while (PeekMessageA(&message, testWindow, WM_USER, 0x7FFF, PM_REMOVE) != 0) {
+    while (PeekMessageA(&message, testWindow, WM_USER, kLastMessage, PM_REMOVE) != 0) {
         posted.push_back({message.message, message.wParam, message.lParam});
     }
     return posted;
@@ -378,9 +379,11 @@ std::vector<Posted> takePosted() {
 std::optional<Posted> waitFor(UINT wanted) {
     const DWORD start = GetTickCount();
     while (GetTickCount() - start < kWatchdog) {
-        for (const Posted& posted : takePosted()) {
-            if (posted.message == wanted) {
-                return posted;
+        // One at a time: what comes after the wanted one stays for the next call.
+        MSG message;
+        while (PeekMessageA(&message, testWindow, WM_USER, kLastMessage, PM_REMOVE) != 0) {
+            if (message.message == wanted) {
+                return Posted{message.message, message.wParam, message.lParam};
             }
         }
         MsgWaitForMultipleObjects(0, nullptr, FALSE, kWatchdog, QS_POSTMESSAGE);
