@@ -92,7 +92,7 @@ void printSong(const host::RawSong& raw, const host::Song& song) {
 
 int runInfo(const ReadOptions& options) {
     const host::RawSong raw = readSong(options.file);
-    const host::Song song = host::prepareSong(raw, options.file, {.encoding = options.encoding});
+    const host::Song song = host::songForDisplay(raw, options.file, {.encoding = options.encoding});
     printSong(raw, song);
     printMarkers(song);
     printChannels(raw);

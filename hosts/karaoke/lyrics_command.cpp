@@ -10,7 +10,7 @@ namespace karaoke {
 
 int runLyrics(const ReadOptions& options) {
     const host::Song song =
-        host::prepareSong(readSong(options.file), options.file, {.encoding = options.encoding});
+        host::songForDisplay(readSong(options.file), options.file, {.encoding = options.encoding});
     if (song.lines.empty()) {
         std::fprintf(stderr, "karaoke: %s: the song has neither words nor chords\n",
                      options.file.c_str());

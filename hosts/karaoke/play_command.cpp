@@ -33,7 +33,7 @@ std::vector<host::Song> readSongs(const PlayOptions& options) {
     std::vector<host::Song> songs;
     for (const std::string& file : options.files) {
         try {
-            songs.push_back(host::prepareSong(
+            songs.push_back(host::songForDisplay(
                 reader.read(file), file,
                 {.encoding = options.encoding, .tempoPercent = options.tempoPercent}));
         } catch (const host::SongError& error) {

@@ -74,7 +74,7 @@ std::size_t Song::chordCount() const {
         [](std::size_t sum, const Line& line) { return sum + line.chords.size(); });
 }
 
-Song prepareSong(const RawSong& raw, const std::string& path, const DisplayOptions& options) {
+Song songForDisplay(const RawSong& raw, const std::string& path, const DisplayOptions& options) {
     const std::string encoding = encodingOf(raw, options);
     const TextDecoder decoder(encoding);
     std::vector<Line> lines = buildLines(raw.lyrics, decoder);

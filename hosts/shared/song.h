@@ -44,6 +44,7 @@ struct DisplayOptions {
     float tempoPercent = 0; ///< as mm_SetTempo takes it
 };
 
-Song prepareSong(const RawSong& raw, const std::string& path, const DisplayOptions& options);
+/// Decodes the texts, gathers the lines and works out the times.
+Song songForDisplay(const RawSong& raw, const std::string& path, const DisplayOptions& options);
 
 } // namespace host

@@ -91,8 +91,10 @@ private:
 };
 
 bool TextDecoder::knows(const std::string& encoding) {
-    const iconv_t handle = ::iconv_open(kTarget, encoding.c_str());
-    if (encoding.empty() || !isOpen(handle)) {
+    // To iconv an empty name is the locale's encoding.
+    const iconv_t handle =
+        encoding.empty() ? reinterpret_cast<iconv_t>(-1) : ::iconv_open(kTarget, encoding.c_str());
+    if (!isOpen(handle)) {
         return false;
     }
     ::iconv_close(handle);

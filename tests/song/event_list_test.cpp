@@ -145,12 +145,12 @@ TEST_F(EventList, The_buffer_grows_and_keeps_contents_and_order) {
         song.track();
         ASSERT_EQ(open(song), 1);
         ASSERT_EQ(mm_GetNumEvents(mm1), kCounts[i]);
-        EXPECT_EQ(MM1.eventCapacity, kCapacities[i]);
-        EXPECT_EQ(MM1.eventPlay, MM1.events);
-        EXPECT_EQ(MM1.eventEnd, MM1.events + kCounts[i]);
+        EXPECT_EQ(+MM1.eventCapacity, kCapacities[i]);
+        EXPECT_EQ(+MM1.eventPlay, +MM1.events);
+        EXPECT_EQ(+MM1.eventEnd, MM1.events + kCounts[i]);
         for (int k = 0; k < kCounts[i]; ++k) {
             const MMEVENT& event = *mm_GetPointerEvents(mm1, k);
-            ASSERT_EQ(event.time, static_cast<std::uint32_t>(k));
+            ASSERT_EQ(+event.time, static_cast<std::uint32_t>(k));
             ASSERT_EQ(event.byte1 * 128 + event.byte2, k % 16384);
         }
         EXPECT_EQ(g_busy.load(), 0u);
@@ -181,7 +181,7 @@ TEST_F(EventList, A_song_is_cut_after_its_last_note) {
     song.track().systemExclusive({0x7D}).at(97).program(3, 5);
     ASSERT_EQ(open(song), 1);
     EXPECT_EQ(eventLines(MM1).back(), "96 80 3C 40 00");
-    EXPECT_EQ(MM1.eventEnd, MM1.events + MM1.eventCount);
+    EXPECT_EQ(+MM1.eventEnd, MM1.events + MM1.eventCount);
 
     SongBuilder oneNote;
     oneNote.track().noteOn(15, 60).at(9).controller(0, 7, 1).event({0xE0, 0x90, 0x80});

@@ -24,8 +24,8 @@ TEST_F(KaraokeMessages, Lines_are_shown_one_after_the_other) {
                                              "400 \r", "400 Line D", "500 \r", "500 Line A"));
     EXPECT_THAT(chordLines(MM1), ElementsAre("45 \r", "150 G7", "150 ", "160 "));
     EXPECT_THAT(textLines(MM1.markers, MM1.markerCount), ElementsAre("10 M"));
-    EXPECT_EQ(MM1.sysexCount, 15);
-    EXPECT_EQ(MM1.sysex[14].isKaraokeText, 1);
+    EXPECT_EQ(+MM1.sysexCount, 15);
+    EXPECT_EQ(+MM1.sysex[14].isKaraokeText, 1);
     EXPECT_EQ(mm_GetNumEvents(mm1), 17) << "the messages, the controller and the end note";
 }
 
@@ -34,7 +34,7 @@ TEST_F(KaraokeMessages, An_empty_next_line_shows_nothing_and_a_long_one_is_cut) 
     song.track().karaoke(4, "Hello\n").at(50).karaoke(8);
     ASSERT_EQ(open(song), 1);
     EXPECT_STREQ(MM1.textLine[0], "Hello");
-    EXPECT_EQ(MM1.textLineIndex, 1);
+    EXPECT_EQ(+MM1.textLineIndex, 1);
     EXPECT_THAT(lyricLines(MM1), ElementsAre("0 \r"));
 
     SongBuilder wide;

@@ -44,7 +44,7 @@ TEST_F(LoadingFailures, The_header_is_refused_field_by_field) {
         crowd.track();
     }
     EXPECT_EQ(open(crowd), 1);
-    EXPECT_EQ(MM1.tracks[126].number, 127);
+    EXPECT_EQ(+MM1.tracks[126].number, 127);
     crowd.track();
     expectRefused(crowd.bytes(), ENGINE_ERR_FILE, "128 tracks");
 }
@@ -111,7 +111,7 @@ TEST_F(LoadingFailures, Each_block_that_cannot_be_had_has_its_code_and_nothing_i
                           function + std::to_string(block));
             EXPECT_EQ(mm_GetPointerEvents(mm1, 0) != nullptr, block > kEventBlock);
             mm_StartSync(mm1);
-            EXPECT_EQ(MM1.playing, 0);
+            EXPECT_EQ(+MM1.playing, 0);
             mm_Close(mm1);
             EXPECT_EQ(machine::callCount("GlobalFree"),
                       machine::callCount("GlobalAlloc") - (allocating ? 1 : 0));

@@ -84,11 +84,11 @@ TEST_F(MetaEvents, Tempo_and_time_signature_enter_the_event_list) {
     EXPECT_THAT(eventLines(MM1), ::testing::UnorderedElementsAre(
                                      "5 51 0A 0B 0C", "5 51 01 02 03", "9 58 06 08 00",
                                      "9 58 05 01 00", "11 58 07 80 00", "480 80 00 00 00"));
-    EXPECT_EQ(mm_GetInfo(mm1)->firstTempo, 0u) << "without a scan";
-    EXPECT_EQ(mm_GetInfo(mm1)->keySignature, -1);
+    EXPECT_EQ(+mm_GetInfo(mm1)->firstTempo, 0u) << "without a scan";
+    EXPECT_EQ(+mm_GetInfo(mm1)->keySignature, -1);
     ASSERT_EQ(mm_Scan(mm1, song.write().c_str()), 1);
-    EXPECT_EQ(mm_GetInfo(mm1)->firstTempo, 0x0A0B0Cu);
-    EXPECT_EQ(mm_GetInfo(mm1)->keySignature, 256);
+    EXPECT_EQ(+mm_GetInfo(mm1)->firstTempo, 0x0A0B0Cu);
+    EXPECT_EQ(+mm_GetInfo(mm1)->keySignature, 256);
     EXPECT_EQ(mm_GetTempo(mm1), 500000u) << "a tempo event acts when it is played";
 }
 
@@ -102,6 +102,6 @@ TEST_F(MetaEvents, The_first_valid_key_signature_counts) {
         SongBuilder song;
         song.track().meta(0x59, first).meta(0x59, "\2\0"sv);
         ASSERT_EQ(mm_Scan(mm1, song.write().c_str()), 1);
-        EXPECT_EQ(mm_GetInfo(mm1)->keySignature, key);
+        EXPECT_EQ(+mm_GetInfo(mm1)->keySignature, key);
     }
 }

@@ -39,24 +39,24 @@ TEST_F(Opening, A_player_gets_its_starting_values) {
                                   MM1.info.keySignature, MM1.endOnBeat, MM1.playing, MM1.volume[2],
                                   g_noResetArg.load(), MM1.eventCount}),
                 ElementsAre(1, 1, 480, 4, 4, 0, 0, 3, -1, 7, 0, -20, -1, 3));
-    EXPECT_EQ(MM1.options, 0x25u);
+    EXPECT_EQ(+MM1.options, 0x25u);
     EXPECT_EQ(mm_GetTempo(mm1), 500000u);
     EXPECT_THAT(lyricLines(MM1), ElementsAre("0 \r"));
     EXPECT_THAT(chordLines(MM1), ElementsAre("0 \r"));
     EXPECT_TRUE(MM1.eventPlay == MM1.events && MM1.lyricPlay == MM1.lyrics &&
                 MM1.chordPlay == MM1.chords && MM1.fileData == nullptr);
     for (int channel = 0; channel < 16; ++channel) {
-        EXPECT_EQ(MM1.patch[channel].program, MMPATCH_NO_OVERRIDE);
-        EXPECT_EQ(MM1.songPatch[channel].program, MMPATCH_NO_OVERRIDE);
-        EXPECT_EQ(MM1.channelDevice[channel], mm1);
+        EXPECT_EQ(+MM1.patch[channel].program, MMPATCH_NO_OVERRIDE);
+        EXPECT_EQ(+MM1.songPatch[channel].program, MMPATCH_NO_OVERRIDE);
+        EXPECT_EQ(+MM1.channelDevice[channel], mm1);
         EXPECT_EQ(MM1.channelOut[channel], channel);
     }
     EXPECT_THAT(std::vector<int>(&MM1.replaceNotes[0].from, &MM1.replaceNotes[9].to + 1), Each(-1));
-    EXPECT_EQ(MM1.click.clickVelocity, 90);
+    EXPECT_EQ(+MM1.click.clickVelocity, 90);
     EXPECT_EQ(MM1.click.timeSigTick + MM1.click.nextClick, 0u);
-    EXPECT_EQ(MM1.tracks[0].parsed, 1);
-    EXPECT_EQ(MM1.tracks[0].time, 576u);
-    EXPECT_EQ(MM1.tracks[0].readPos, MM1.fileSize);
+    EXPECT_EQ(+MM1.tracks[0].parsed, 1);
+    EXPECT_EQ(+MM1.tracks[0].time, 576u);
+    EXPECT_EQ(+MM1.tracks[0].readPos, +MM1.fileSize);
 }
 
 TEST_F(Opening, A_scan_leaves_settings_and_device_alone_and_fills_in_what_a_song_lacks) {
@@ -72,13 +72,13 @@ TEST_F(Opening, A_scan_leaves_settings_and_device_alone_and_fills_in_what_a_song
     ASSERT_EQ(mm_Scan(mm1, smallSong().write().c_str()), 1);
     EXPECT_THAT(sent(), ElementsAre());
     EXPECT_EQ(g_resetTime, 4711u);
-    EXPECT_EQ(MM1.options, static_cast<std::uint32_t>(MMOPT_SCAN));
+    EXPECT_EQ(+MM1.options, static_cast<std::uint32_t>(MMOPT_SCAN));
     EXPECT_THAT((std::vector<int>{MM1.patch[3].program, MM1.songPatch[4].program, MM1.channelOut[2],
                                   static_cast<int>(MM1.click.nextClick)}),
                 ElementsAre(5, 66, 11, 456));
-    EXPECT_EQ(MM1.channelDevice[2], g_devices[1]);
-    EXPECT_EQ(mm_GetInfo(mm1)->firstTempo, 500000u);
-    EXPECT_EQ(mm_GetInfo(mm1)->keySignature, 0);
+    EXPECT_EQ(+MM1.channelDevice[2], g_devices[1]);
+    EXPECT_EQ(+mm_GetInfo(mm1)->firstTempo, 500000u);
+    EXPECT_EQ(+mm_GetInfo(mm1)->keySignature, 0);
     EXPECT_EQ(mm_GetNumEvents(mm1), 2);
 }
 
@@ -111,10 +111,10 @@ TEST_F(Opening, Any_other_handle_opens_player_2_and_becomes_its_route) {
     outputs = 3;
     start();
     ASSERT_EQ(mm_Open(g_devices[2], smallSong().write().c_str(), 0, 0, 0, nullptr), 1);
-    EXPECT_EQ(MM2.eventCount, 2);
-    EXPECT_EQ(MM1.eventCount, 0);
-    EXPECT_EQ(MM2.channelDevice[0], g_devices[2]);
-    EXPECT_EQ(MM2.channelDevice[15], g_devices[2]);
+    EXPECT_EQ(+MM2.eventCount, 2);
+    EXPECT_EQ(+MM1.eventCount, 0);
+    EXPECT_EQ(+MM2.channelDevice[0], g_devices[2]);
+    EXPECT_EQ(+MM2.channelDevice[15], g_devices[2]);
 }
 
 TEST_F(Opening, An_open_player_is_closed_first) {
@@ -131,10 +131,10 @@ TEST_F(Opening, An_open_player_is_closed_first) {
     ASSERT_EQ(silence.size(), 80u);
     EXPECT_EQ(silence.front(), "0: B8 40 00");
     EXPECT_EQ(silence.back(), "0: BF 78 00");
-    EXPECT_EQ(MM1.playing, 0);
-    EXPECT_EQ(MM1.volume[0], 0);
-    EXPECT_EQ(MM1.sysexCount, 0);
-    EXPECT_EQ(MM1.curLoop, nullptr);
+    EXPECT_EQ(+MM1.playing, 0);
+    EXPECT_EQ(+MM1.volume[0], 0);
+    EXPECT_EQ(+MM1.sysexCount, 0);
+    EXPECT_EQ(+MM1.curLoop, nullptr);
     EXPECT_THAT(lyricLines(MM1), ElementsAre("0 \r"));
     EXPECT_THAT(eventLines(MM1), ElementsAre("480 90 3C 64 00", "576 80 3C 40 00"));
 }

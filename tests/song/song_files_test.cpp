@@ -120,7 +120,7 @@ protected:
         const int endNote = reader.lastTime % reader.division == 0 ? 0 : 1;
         EXPECT_EQ(mm_GetNumEvents(mm1), reader.events + endNote);
         for (std::int32_t i = 1; i < MM1.eventCount; ++i) {
-            ASSERT_LE(MM1.events[i - 1].time, MM1.events[i].time) << "event " << i;
+            ASSERT_LE(+MM1.events[i - 1].time, +MM1.events[i].time) << "event " << i;
         }
     }
 };

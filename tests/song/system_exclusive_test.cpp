@@ -34,7 +34,7 @@ TEST_F(SystemExclusive, Messages_are_stored_whole_and_referred_to) {
         Bytes whole = body(sizes[i]);
         whole.insert(whole.begin(), 0xF0);
         whole.push_back(0xF7);
-        ASSERT_EQ(slot.ownBlock, i == 0 ? 0 : 1);
+        ASSERT_EQ(+slot.ownBlock, i == 0 ? 0 : 1);
         const std::uint8_t* const stored = i == 0 ? slot.message.data : slot.message.block.ptr;
         EXPECT_EQ(Bytes(stored, stored + whole.size()), whole);
         EXPECT_TRUE(i == 0 || slot.message.block.length == static_cast<int>(whole.size()));
@@ -63,10 +63,10 @@ TEST_F(SystemExclusive, The_three_reset_messages_are_recognised) {
     }
     ASSERT_EQ(open(song), 1);
     for (std::size_t i = 0; i < std::size(messages); ++i) {
-        EXPECT_EQ(MM1.sysex[i].isReset, messages[i].second) << i;
-        EXPECT_EQ(MM1.sysex[i].isKaraokeText, 0);
+        EXPECT_EQ(+MM1.sysex[i].isReset, messages[i].second) << i;
+        EXPECT_EQ(+MM1.sysex[i].isKaraokeText, 0);
     }
-    EXPECT_EQ(MM1.resetCount, 4);
+    EXPECT_EQ(+MM1.resetCount, 4);
 }
 
 TEST_F(SystemExclusive, The_store_holds_620_messages_and_a_song_plays_on_without_the_rest) {
@@ -78,7 +78,7 @@ TEST_F(SystemExclusive, The_store_holds_620_messages_and_a_song_plays_on_without
     }
     track.karaoke(4, "read all the same");
     ASSERT_EQ(open(song, 0, 1), 1);
-    EXPECT_EQ(MM1.sysexCount, 620);
+    EXPECT_EQ(+MM1.sysexCount, 620);
     EXPECT_THAT(eventLines(MM1)[619], "619 F0 02 6B 04");
     EXPECT_EQ(mm_GetNumEvents(mm1), 621) << "the end note alone follows";
     EXPECT_EQ(MM1.sysex[619].message.data[2], 619 % 128);
@@ -93,8 +93,8 @@ TEST_F(SystemExclusive, A_long_message_without_memory_is_left_out) {
         machine::failCall(function, 8); // behind the seven blocks of every song
         ASSERT_EQ(open(song), 1);
         EXPECT_THAT(eventLines(MM1), ElementsAre("0 F0 00 00 03", "0 90 3C 64 00"));
-        EXPECT_EQ(MM1.sysexCount, 1);
-        EXPECT_EQ(MM1.sysex[0].ownBlock, 0);
+        EXPECT_EQ(+MM1.sysexCount, 1);
+        EXPECT_EQ(+MM1.sysex[0].ownBlock, 0);
         EXPECT_EQ(MM1.sysex[0].message.data[1], 0x7D);
     }
 }
@@ -113,8 +113,8 @@ TEST_F(SystemExclusive, Without_a_store_messages_are_dropped_but_words_are_read)
         .karaoke(8)
         .noteOn(0, 60);
     ASSERT_EQ(open(song), 1);
-    EXPECT_EQ(MM1.sysex, nullptr);
-    EXPECT_EQ(MM1.resetCount, 0);
+    EXPECT_EQ(+MM1.sysex, nullptr);
+    EXPECT_EQ(+MM1.resetCount, 0);
     EXPECT_THAT(eventLines(MM1), ElementsAre("960 90 3C 64 00"));
     ASSERT_EQ(mm_GetNumLyrics(mm1), 2);
     EXPECT_STREQ(mm_GetPointerLyrics(mm1, 1)->text, "words");

@@ -101,8 +101,8 @@ TEST_F(TextTables, A_song_has_words_or_chords_from_the_fifth_on) {
         track.at(i).lyric("a").text("C");
     }
     ASSERT_EQ(open(song), 1);
-    EXPECT_EQ(MM1.info.hasLyrics, 0);
-    EXPECT_EQ(MM1.info.hasChords, 1);
+    EXPECT_EQ(+MM1.info.hasLyrics, 0);
+    EXPECT_EQ(+MM1.info.hasChords, 1);
 }
 
 TEST_F(TextTables, Full_tables_drop_what_comes_after) {
@@ -120,9 +120,9 @@ TEST_F(TextTables, Full_tables_drop_what_comes_after) {
     ASSERT_EQ(open(song), 1);
     EXPECT_EQ(mm_GetNumLyrics(mm1), MM_MAX_LYRICS);
     EXPECT_STREQ(mm_GetPointerLyrics(mm1, MM_MAX_LYRICS - 1)->text, "a");
-    EXPECT_EQ(MM1.info.hasLyrics, 1);
+    EXPECT_EQ(+MM1.info.hasLyrics, 1);
     EXPECT_EQ(mm_GetNumChords(mm1), MM_MAX_CHORDS);
-    EXPECT_EQ(mm_GetPointerChords(mm1, MM_MAX_CHORDS - 1)->time, 999u);
+    EXPECT_EQ(+mm_GetPointerChords(mm1, MM_MAX_CHORDS - 1)->time, 999u);
     track.at(1600).lyric("a");
     song.track().at(1535).lyric("b");
     ASSERT_EQ(open(song), 1);

@@ -84,7 +84,7 @@ TEST_F(TrackParser, System_exclusive_ends_with_F7_and_has_one_or_two_length_byte
 TEST_F(TrackParser, Delta_times_keep_their_low_32_bits) {
     EXPECT_THAT(eventsOf({0x81, 0x80, 0x80, 0, 0x90, 1, 1, 0x81, 0x80, 0x80, 0x80, 0x80, 5, 2, 2}),
                 ElementsAre("2097152 90 01 01 00", "2097157 90 02 02 00"));
-    EXPECT_EQ(MM1.vlqLength, 6);
+    EXPECT_EQ(+MM1.vlqLength, 6);
     // A single track is not sorted, not even when its time passes 2^32.
     SongBuilder song;
     song.track().raw({0x8F, 0xFF, 0xFF, 0xFF, 0x7F, 0x90, 1, 1, 2, 2, 2});
@@ -106,7 +106,7 @@ TEST_F(TrackParser, What_the_end_of_the_file_cuts_off_reads_as_zero_or_fails) {
     refuse({0, 0xFF, 0x01, 2, 'A'}, kEarlierError);
     refuse({0, 0xFF, 0x01, 0x8F, 0xFF, 0xFF, 0xFF, 0x7F, 'A'}, kEarlierError);
     refuse({0, 0xFF, 0x51, 4, 1, 2, 3}, kEarlierError);
-    EXPECT_EQ(MM1.eventCount, 0) << "nothing of a cut meta event is used";
+    EXPECT_EQ(+MM1.eventCount, 0) << "nothing of a cut meta event is used";
 }
 
 TEST_F(TrackParser, A_chunk_ends_at_its_declared_length_whatever_it_holds) {
@@ -119,8 +119,8 @@ TEST_F(TrackParser, A_chunk_ends_at_its_declared_length_whatever_it_holds) {
     ASSERT_EQ(open(song), 1);
     EXPECT_THAT(eventLines(MM1),
                 ElementsAre("0 90 3C 4D 00", "7 91 01 02 00", "8 92 03 04 00", "9 92 05 06 00"));
-    EXPECT_EQ(MM1.tracks[2].parsed, 1);
-    EXPECT_EQ(MM1.tracks[2].runningStatus, -1);
+    EXPECT_EQ(+MM1.tracks[2].parsed, 1);
+    EXPECT_EQ(+MM1.tracks[2].runningStatus, -1);
 }
 
 TEST_F(TrackParser, A_meta_event_is_read_behind_its_whole_length_and_stepped_over_whole) {
