@@ -3,8 +3,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include <sstream>
-
+#include "karaoke/declared_options.h"
 #include "karaoke/option_values.h"
 
 namespace karaoke {
@@ -23,28 +22,6 @@ constexpr std::size_t kMostDrums = 10;
 constexpr const char* kEncodingHelp =
     "Encoding of the song's texts (a name that 'iconv -l' lists); guessed without it";
 
-constexpr std::size_t kHelpColumn = 26;
-constexpr std::size_t kHelpWidth = 53;
-
-using Values = std::vector<std::string>;
-
-/// A description in lines that fit beside the options' names.
-std::string folded(const std::string& text) {
-    std::istringstream words(text);
-    std::string lines;
-    std::size_t length = 0;
-    for (std::string word; words >> word; length += word.size() + 1) {
-        if (length + word.size() > kHelpWidth) {
-            lines += '\n'; // the formatter indents what follows
-            length = 0;
-        } else if (length > 0) {
-            lines += ' ';
-        }
-        lines += word;
-    }
-    return lines;
-}
-
 class CommandLine {
 public:
     CommandLine();
@@ -57,30 +34,6 @@ private:
     void addOutputSettings(CLI::App& play);
     void addTimeSettings(CLI::App& play);
     void addReader(CLI::App& command, ReadOptions& options);
-
-    /// An option with one value, which the function checks.
-    template <typename Take>
-    CLI::Option* addValue(CLI::App& app, const std::string& name, const char* type,
-                          const std::string& help, Take take) {
-        return app.add_option_function<std::string>("--" + name, take, folded(help))
-            ->type_name(type);
-    }
-    /// An option that may be given several times.
-    template <typename Take>
-    void addRepeatable(CLI::App& app, const std::string& name, const char* type,
-                       const std::string& help, Take take) {
-        app.add_option_function<Values>(
-               "--" + name,
-               [take](const Values& values) {
-                   for (const std::string& value : values) {
-                       take(value);
-                   }
-               },
-               folded(help))
-            ->type_name(type)
-            ->take_all()
-            ->allow_extra_args(false);
-    }
 
     CLI::App m_app{"Plays MIDI songs and shows their words and chords.", "karaoke"};
     CLI::App* m_play;
