@@ -44,7 +44,9 @@ std::string trimmed(const std::string& text) {
 }
 
 std::string nameOfFile(const std::string& path) {
-    const std::string name = std::filesystem::path(path).stem().string();
+    const std::u8string file =
+        std::filesystem::path(std::u8string(path.begin(), path.end())).stem().u8string();
+    const std::string name(file.begin(), file.end());
     return isUtf8(name) ? withoutControls(name) : TextDecoder(kWesternEuropean).text(name);
 }
 

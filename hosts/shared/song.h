@@ -45,6 +45,7 @@ struct DisplayOptions {
 };
 
 /// Decodes the texts, gathers the lines and works out the times.
+/// @param path  of the song's file; UTF-8 on Windows
 Song songForDisplay(const RawSong& raw, const std::string& path, const DisplayOptions& options);
 
 } // namespace host

@@ -14,8 +14,10 @@ constexpr double kMicrosecondsPerSecond = 1e6;
 
 /// 0 when there is no such tempo.
 std::uint32_t changedTempo(std::uint32_t songTempo, float percent) {
-    const double tempo = songTempo;
-    const double changed = tempo - static_cast<double>(percent) * 0.01 * tempo;
+    // Volatile, so that the old x86 floating-point unit rounds each step as others do.
+    const volatile double change = static_cast<double>(percent) * 0.01;
+    const volatile double difference = change * songTempo;
+    const double changed = songTempo - difference;
     if (!(changed >= 1.0)) {
         return 0;
     }

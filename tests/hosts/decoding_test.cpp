@@ -53,12 +53,14 @@ TEST(TextDecoder, Broken_bytes_become_replacement_characters_and_a_cut_off_end_v
     EXPECT_EQ(TextDecoder("WINDOWS-1252").text("x\x81y"), "x\xEF\xBF\xBDy");
 }
 
+#ifndef _WIN32
 TEST(TextDecoder, Encodings_with_a_state_keep_it_from_character_to_character) {
     EXPECT_EQ(TextDecoder("ISO-2022-JP").text("\x1b$B=U\x24\x2C\x1b(B!"), "春が!");
     // Vietnamese holds a letter back until it is known whether an accent follows.
     EXPECT_EQ(TextDecoder("CP1258").text("e\xEC"), "é");
     EXPECT_EQ(TextDecoder("CP1258").text("ba"), "ba");
 }
+#endif
 
 TEST(TextDecoder, An_unknown_encoding_is_told_and_decodes_as_Windows_1252) {
     EXPECT_FALSE(TextDecoder::knows("klingon"));
@@ -91,3 +93,16 @@ TEST(EncodingGuess, Other_scripts_are_recognised_from_all_texts_together) {
         "\xED\xE5\xF3\xEA\xEB\xFE\xE6\xE5 \xEF\xE5\xF8\xE5\xF5\xEE\xE4\xFB "};
     EXPECT_EQ(TextDecoder(guessEncoding(russian)).text(russian[0]), "Пусть бегут ");
 }
+
+#ifdef _WIN32
+TEST(EncodingGuess, Chinese_and_Korean_are_told_apart_by_their_commonest_characters) {
+    const std::vector<std::string> chinese = {"\xCE\xD2\xB0\xAE\xC4\xE3",
+                                              "\xC4\xE3\xCA\xC7\xCE\xD2\xB5\xC4\xD0\xC4",
+                                              "\xC3\xBB\xD3\xD0\xC4\xE3\xB5\xC4\xCC\xEC\xBF\xD5"};
+    EXPECT_EQ(TextDecoder(guessEncoding(chinese)).text(chinese[0]), "我爱你");
+    const std::vector<std::string> korean = {"\xB3\xAA\xB4\xC2 \xB3\xCA\xB8\xA6 ",
+                                             "\xBB\xE7\xB6\xFB\xC7\xD8 ",
+                                             "\xB1\xD7\xB4\xEB \xB8\xB6\xC0\xBD\xC0\xBA"};
+    EXPECT_EQ(TextDecoder(guessEncoding(korean)).text(korean[0]), "나는 너를 ");
+}
+#endif
