@@ -2,7 +2,7 @@
 
 # To build and play.
 packages_play="g++ cmake ninja-build pkg-config libfluidsynth-dev libasound2-dev timgm6mb-soundfont
-    libcli11-dev libuchardet-dev"
+    libcli11-dev libuchardet-dev libsndfile1-dev libogg-dev nlohmann-json3-dev"
 # To run the tests beside that.
 packages_test="libgtest-dev libgmock-dev python3 abcmidi midicsv fp-compiler mono-mcs"
 # To check the code as CI does.

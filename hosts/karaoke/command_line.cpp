@@ -39,29 +39,34 @@ private:
     CLI::App* m_play;
     CLI::App* m_lyrics;
     CLI::App* m_info;
+    CLI::App* m_events;
     CLI::App* m_devices;
     bool m_listDevices = false;
     PlayOptions m_playOptions;
-    ReadOptions m_lyricsOptions;
-    ReadOptions m_infoOptions;
+    LyricsOptions m_lyricsOptions;
+    InfoOptions m_infoOptions;
+    ReadOptions m_eventsOptions;
 };
 
 CommandLine::CommandLine()
     : m_play(m_app.add_subcommand("play", "Play songs, one after the other")),
       m_lyrics(m_app.add_subcommand("lyrics", "Print a song's words and chords with their times")),
       m_info(m_app.add_subcommand("info", "Print facts about a song")),
+      m_events(m_app.add_subcommand("events", "Print everything that a song does, in time order")),
       m_devices(m_app.add_subcommand("devices", "List the MIDI outputs")) {
     m_app.set_version_flag("--version", std::string("karaoke ") + KARAOKE_VERSION,
                            "Print the version and exit");
     m_app.require_subcommand(0, 1);
-    for (CLI::App* app : {&m_app, m_play, m_lyrics, m_info, m_devices}) {
+    for (CLI::App* app : {&m_app, m_play, m_lyrics, m_info, m_events, m_devices}) {
         app->get_formatter()->column_width(kHelpColumn);
     }
     m_app.add_flag("--list-devices", m_listDevices, "List the MIDI outputs and exit");
     m_app.footer("'karaoke COMMAND --help' tells the options of a command.");
     addPlay();
-    addReader(*m_lyrics, m_lyricsOptions);
-    addReader(*m_info, m_infoOptions);
+    addReader(*m_lyrics, m_lyricsOptions.song);
+    addReader(*m_info, m_infoOptions.song);
+    m_info->add_flag("--json", m_infoOptions.json, "Print them as JSON, for other programs");
+    addReader(*m_events, m_eventsOptions);
 }
 
 void CommandLine::addPlay() {
@@ -188,12 +193,15 @@ Command CommandLine::parse(int argumentCount, char** arguments) {
         return m_playOptions;
     }
     if (*m_lyrics) {
-        return LyricsCommand{m_lyricsOptions};
+        return m_lyricsOptions;
     }
     if (*m_info) {
-        return InfoCommand{m_infoOptions};
+        return m_infoOptions;
     }
-    throw UsageError("no command was given: play, lyrics, info or devices");
+    if (*m_events) {
+        return EventsCommand{m_eventsOptions};
+    }
+    throw UsageError("no command was given: play, lyrics, info, events or devices");
 }
 
 } // namespace

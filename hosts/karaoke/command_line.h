@@ -4,20 +4,19 @@
 #include <variant>
 
 #include "karaoke/play_options.h"
+#include "karaoke/read_options.h"
 
 namespace karaoke {
 
-struct LyricsCommand {
-    ReadOptions options;
-};
-struct InfoCommand {
+struct EventsCommand {
     ReadOptions options;
 };
 struct DevicesCommand {};
 /// Help or version was printed.
 struct NoCommand {};
 
-using Command = std::variant<NoCommand, PlayOptions, LyricsCommand, InfoCommand, DevicesCommand>;
+using Command =
+    std::variant<NoCommand, PlayOptions, LyricsOptions, InfoOptions, EventsCommand, DevicesCommand>;
 
 /// @throws UsageError  what is wrong, in one line
 Command parseCommandLine(int argumentCount, char** arguments);

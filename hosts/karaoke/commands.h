@@ -2,12 +2,14 @@
 #pragma once
 
 #include "karaoke/play_options.h"
+#include "karaoke/read_options.h"
 
 namespace karaoke {
 
 int runPlay(const PlayOptions& options);
-int runLyrics(const ReadOptions& options);
-int runInfo(const ReadOptions& options);
+int runLyrics(const LyricsOptions& options);
+int runInfo(const InfoOptions& options);
+int runEvents(const ReadOptions& options);
 int runDevices();
 
 } // namespace karaoke

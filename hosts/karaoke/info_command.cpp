@@ -2,6 +2,7 @@
 #include <cstdio>
 
 #include "karaoke/commands.h"
+#include "karaoke/info_json.h"
 #include "karaoke/song_reader.h"
 #include "shared/gm_names.h"
 #include "shared/song.h"
@@ -75,7 +76,10 @@ void printSong(const host::RawSong& raw, const host::Song& song) {
     if (!song.subtitle.empty()) {
         printFact("", song.subtitle);
     }
+    printFact("Format:", std::to_string(raw.format));
+    printFact("Tracks:", std::to_string(raw.tracks));
     printFact("Duration:", host::timeWithTenths(song.seconds()));
+    printFact("Length:", std::to_string(song.endTick) + " ticks");
     printFact("Tempo:", tempoText(raw.firstTempo));
     printFact("Key:", host::keyName(raw.keySignature));
     printFact("Time signature:", signaturesText(song));
@@ -90,9 +94,14 @@ void printSong(const host::RawSong& raw, const host::Song& song) {
 
 } // namespace
 
-int runInfo(const ReadOptions& options) {
-    const host::RawSong raw = readSong(options.file);
-    const host::Song song = host::songForDisplay(raw, options.file, {.encoding = options.encoding});
+int runInfo(const InfoOptions& options) {
+    const host::RawSong raw = readSong(options.song.file);
+    const host::Song song =
+        host::songForDisplay(raw, options.song.file, {.encoding = options.song.encoding});
+    if (options.json) {
+        std::printf("%s\n", infoJson(raw, song).c_str());
+        return 0;
+    }
     printSong(raw, song);
     printMarkers(song);
     printChannels(raw);

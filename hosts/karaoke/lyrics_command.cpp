@@ -8,12 +8,12 @@
 
 namespace karaoke {
 
-int runLyrics(const ReadOptions& options) {
-    const host::Song song =
-        host::songForDisplay(readSong(options.file), options.file, {.encoding = options.encoding});
+int runLyrics(const LyricsOptions& options) {
+    const host::Song song = host::songForDisplay(readSong(options.song.file), options.song.file,
+                                                 {.encoding = options.song.encoding});
     if (song.lines.empty()) {
         std::fprintf(stderr, "karaoke: %s: the song has neither words nor chords\n",
-                     options.file.c_str());
+                     options.song.file.c_str());
         return 0;
     }
     for (const host::Line& line : song.lines) {

@@ -29,11 +29,14 @@ struct Runner {
     int operator()(const karaoke::PlayOptions& options) const {
         return karaoke::runPlay(options);
     }
-    int operator()(const karaoke::LyricsCommand& command) const {
-        return karaoke::runLyrics(command.options);
+    int operator()(const karaoke::LyricsOptions& options) const {
+        return karaoke::runLyrics(options);
     }
-    int operator()(const karaoke::InfoCommand& command) const {
-        return karaoke::runInfo(command.options);
+    int operator()(const karaoke::InfoOptions& options) const {
+        return karaoke::runInfo(options);
+    }
+    int operator()(const karaoke::EventsCommand& command) const {
+        return karaoke::runEvents(command.options);
     }
     int operator()(const karaoke::DevicesCommand&) const {
         return karaoke::runDevices();

@@ -53,10 +53,4 @@ struct PlayOptions {
     std::string encoding;
 };
 
-/// What `karaoke lyrics` and `karaoke info` are asked for.
-struct ReadOptions {
-    std::string file;
-    std::string encoding;
-};
-
 } // namespace karaoke

@@ -21,11 +21,15 @@ struct RawSong {
     std::string title2;
     std::uint32_t firstTempo = 0;  ///< microseconds per quarter note
     std::int32_t keySignature = 0; ///< sf << 8 | mi
+    int format = 0;                ///< of the file
+    int tracks = 0;                ///< that the file's header declares
     int division = 1;              ///< ticks per quarter note
     std::vector<MMEVENT> events;
     std::vector<TimedBytes> lyrics;
     std::vector<TimedBytes> chords;
     std::vector<TimedBytes> markers;
+    /// System-exclusive messages, F0 to F7, by the slot that their events name.
+    std::vector<std::vector<std::uint8_t>> exclusives;
 };
 
 /// Copies the song that a player holds.

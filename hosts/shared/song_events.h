@@ -1,6 +1,7 @@
 // Names for what a host reads in the engine's event list.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "corvmo32.h"
@@ -9,6 +10,7 @@ namespace host {
 
 inline constexpr std::uint8_t kTempoEvent = 0x51;
 inline constexpr std::uint8_t kTimeSignatureEvent = 0x58;
+inline constexpr std::uint8_t kExclusiveEvent = 0xF0;
 inline constexpr std::uint32_t kDefaultTempo = 500000; ///< microseconds per quarter note
 
 inline constexpr int kChannels = 16;
@@ -17,8 +19,11 @@ inline constexpr int kDrumChannel = 9;
 enum class ChannelMessage : std::uint8_t {
     NoteOff = 0x80,
     NoteOn = 0x90,
+    KeyPressure = 0xA0,
     Controller = 0xB0,
     ProgramChange = 0xC0,
+    ChannelPressure = 0xD0,
+    PitchBend = 0xE0,
 };
 
 /// Controllers that a host looks for.
@@ -44,6 +49,11 @@ inline int channelOf(const MMEVENT& event) {
 
 inline std::uint32_t tempoOf(const MMEVENT& event) {
     return static_cast<std::uint32_t>(event.byte1 << 16 | event.byte2 << 8 | event.byte3);
+}
+
+/// Slot of a system-exclusive event's message.
+inline std::size_t exclusiveSlotOf(const MMEVENT& event) {
+    return static_cast<std::size_t>(event.byte1 << 8 | event.byte2);
 }
 
 } // namespace host
