@@ -5,6 +5,7 @@
 
 #include "karaoke/text_width.h"
 #include "karaoke/wrapped_lines.h"
+#include "shared/chord_places.h"
 #include "shared/time_text.h"
 
 namespace karaoke {
@@ -32,19 +33,6 @@ std::vector<int> syllableColumns(const host::Line& line) {
         columns.push_back(columns.back() + columnsOf(syllable.text));
     }
     return columns;
-}
-
-/// Column at which a chord should stand: over its syllable's first letter, not over the space that leads to
-/// it. A chord that is played while the syllable before is held leaves that place to the next one.
-int chordColumn(const host::Line& line, std::size_t index, const std::vector<int>& columns) {
-    const host::Chord& chord = line.chords[index];
-    const std::size_t syllable = std::min(chord.syllable, line.syllables.size());
-    const bool space = syllable < line.syllables.size() && syllable > 0 &&
-                       line.syllables[syllable].text.starts_with(' ');
-    const int column = columns[syllable] + (space ? 1 : 0);
-    const bool held = syllable > 0 && syllable < line.syllables.size() &&
-                      index + 1 < line.chords.size() && line.chords[index + 1].syllable == syllable;
-    return held ? column - columnsOf(chord.name) - kChordGap : column;
 }
 
 } // namespace
@@ -82,13 +70,13 @@ void TerminalView::chord(int index) {
 }
 
 TerminalView::Row TerminalView::chordRow(const host::Line& line) const {
-    const std::vector<int> columns = syllableColumns(line);
+    const std::vector<int> places =
+        host::chordPlaces(line, syllableColumns(line), columnsOf, kChordGap);
     const int width = m_size.columns - 1;
     Row row;
     for (std::size_t i = 0; i < line.chords.size(); ++i) {
         const host::Chord& chord = line.chords[i];
-        const int earliest = row.columns == 0 ? 0 : row.columns + kChordGap;
-        const int column = std::max(chordColumn(line, i, columns), earliest);
+        const int column = places[i];
         const int length = columnsOf(chord.name);
         if (column + length > width) {
             break;
