@@ -349,3 +349,37 @@ TEST(SynthesizerTest, Obeys_every_kind_of_reset_message) {
         EXPECT_EQ(value, 0x2000);
     }
 }
+
+TEST_F(Outputs, Rendered_output_hands_out_the_sound_of_what_it_was_sent) {
+    constexpr std::size_t kFrames = 4800;
+    std::vector<float> sound(2 * kFrames, 1.0F);
+    const auto peak = [&] {
+        return std::abs(*std::max_element(sound.begin(), sound.end(), [](float a, float b) {
+            return std::abs(a) < std::abs(b);
+        }));
+    };
+    EXPECT_EQ(corvmo_RenderAudio(sound.data(), kFrames), 0);
+    EXPECT_EQ(peak(), 0.0F);
+
+    corvmo_SetSoundFont(kFont);
+    corvmo_UseRenderedOutput(48000);
+    ASSERT_EQ(midiOutGetNumDevs(), 1U);
+    for (int pass = 0; pass < 2; ++pass) {
+        HMIDIOUT output = nullptr;
+        ASSERT_EQ(midiOutOpen(&output, 0, 0, 0, CALLBACK_NULL), MMSYSERR_NOERROR);
+        ASSERT_EQ(corvmo_RenderAudio(sound.data(), kFrames), 1);
+        EXPECT_LT(peak(), 0.001F);
+        midiOutShortMsg(output, 0x7F4590); // 440 Hz
+        ASSERT_EQ(corvmo_RenderAudio(sound.data(), kFrames), 1);
+        EXPECT_GT(peak(), 0.01F);
+        midiOutClose(output);
+        EXPECT_EQ(corvmo_RenderAudio(sound.data(), kFrames), 0);
+        EXPECT_EQ(peak(), 0.0F);
+    }
+
+    corvmo_SetSoundFont("/no/such/font.sf2");
+    HMIDIOUT output = nullptr;
+    ASSERT_EQ(midiOutOpen(&output, 0, 0, 0, CALLBACK_NULL), MMSYSERR_NOERROR);
+    EXPECT_EQ(corvmo_RenderAudio(sound.data(), kFrames), 0);
+    midiOutClose(output);
+}

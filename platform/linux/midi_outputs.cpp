@@ -5,10 +5,12 @@
 #include <cstring>
 #include <mutex>
 #include <shared_mutex>
+#include <span>
 #include <string>
 
 #include "platform/linux/faults.h"
 #include "platform/linux/output_registry.h"
+#include "platform/linux/rendered_output.h"
 #include "platform/linux/short_message.h"
 
 namespace {
@@ -52,6 +54,10 @@ Recorder& recorder() {
     static Recorder& instance = *new Recorder;
     return instance;
 }
+
+// What the synthesizer can do, in frames a second.
+constexpr UINT kLowestRate = 8000;
+constexpr UINT kHighestRate = 96000;
 
 bool isUsable(const MIDIHDR* header, UINT size) {
     return header != nullptr && size >= sizeof(MIDIHDR) && header->lpData != nullptr;
@@ -175,9 +181,19 @@ MMRESULT midiOutUnprepareHeader(HMIDIOUT device, MIDIHDR* header, UINT size) {
 void corvmo_SetOutputs(const corvmo_output* outputs, UINT count) {
     if (outputs == nullptr) {
         registry().useMachineOutputs();
-    } else {
-        registry().setHostOutputs(outputs, count);
+        return;
     }
+    MidiOutputs list;
+    for (const corvmo_output& functions : std::span(outputs, count)) {
+        list.push_back(makeHostOutput(functions));
+    }
+    registry().setOutputs(std::move(list));
+}
+
+void corvmo_UseRenderedOutput(UINT rate) {
+    MidiOutputs list;
+    list.push_back(makeRenderedOutput(std::clamp(rate, kLowestRate, kHighestRate)));
+    registry().setOutputs(std::move(list));
 }
 
 UINT corvmo_GetOutputCount(void) {

@@ -21,13 +21,9 @@ MidiOutputs machineOutputs() {
 
 } // namespace
 
-void OutputRegistry::setHostOutputs(const corvmo_output* outputs, UINT count) {
-    MidiOutputs list;
-    for (UINT index = 0; index < count; ++index) {
-        list.push_back(makeHostOutput(outputs[index]));
-    }
+void OutputRegistry::setOutputs(MidiOutputs outputs) {
     const std::lock_guard guard(m_changes);
-    replace(std::move(list), true);
+    replace(std::move(outputs), true);
 }
 
 void OutputRegistry::useMachineOutputs() {
@@ -35,7 +31,7 @@ void OutputRegistry::useMachineOutputs() {
     replace({}, false);
 }
 
-void OutputRegistry::replace(MidiOutputs outputs, bool host) {
+void OutputRegistry::replace(MidiOutputs outputs, bool chosen) {
     for (Entry& entry : m_entries) {
         if (entry.handle != 0) {
             closeEntry(entry);
@@ -48,8 +44,8 @@ void OutputRegistry::replace(MidiOutputs outputs, bool host) {
     }
     const std::lock_guard guard(m_handles);
     m_entries = std::move(entries);
-    m_host = host;
-    m_listed = host;
+    m_chosen = chosen;
+    m_listed = chosen;
 }
 
 void OutputRegistry::listIfNeeded() {
@@ -105,7 +101,7 @@ MMRESULT OutputRegistry::close(HMIDIOUT handle) {
     }
     closeEntry(*entry);
     // What the machine has may have changed by the next start.
-    m_listed = m_host || m_openCount > 0;
+    m_listed = m_chosen || m_openCount > 0;
     return MMSYSERR_NOERROR;
 }
 

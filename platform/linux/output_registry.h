@@ -32,7 +32,7 @@ public:
     };
 
     /// Closes what is open and lists these from now on.
-    void setHostOutputs(const corvmo_output* outputs, UINT count);
+    void setOutputs(MidiOutputs outputs);
     void useMachineOutputs();
 
     UINT count();
@@ -48,7 +48,7 @@ private:
         std::uintptr_t handle = 0; ///< 0 = closed
     };
 
-    void replace(MidiOutputs outputs, bool host);
+    void replace(MidiOutputs outputs, bool chosen);
     void listIfNeeded();
     void closeEntry(Entry& entry);
     Entry* find(HMIDIOUT handle);
@@ -59,5 +59,5 @@ private:
     UINT m_openCount = 0;
     std::uintptr_t m_generation = 0;
     bool m_listed = false;
-    bool m_host = false; ///< the outputs are the host's own
+    bool m_chosen = false; ///< the outputs are those that the host has chosen
 };

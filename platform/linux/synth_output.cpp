@@ -1,13 +1,14 @@
 // The output that is always there: the software synthesizer, playing through the audio output that
 // the machine has. Without one it is silent and takes everything.
 #include <fluidsynth.h>
-#include <unistd.h>
 
 #include <array>
 #include <mutex>
+#include <string>
 
 #include "platform/linux/alsa_quiet.h"
 #include "platform/linux/midi_output.h"
+#include "platform/linux/sound_font.h"
 #include "platform/linux/synthesizer.h"
 
 namespace {
@@ -18,31 +19,19 @@ constexpr const char* kSilentDriver = "none";
 // there.
 constexpr std::array kAudioDrivers = {"pipewire", "pulseaudio", "alsa", "oss"};
 
-constexpr std::array kSystemFonts = {
-    "/usr/share/sounds/sf2/TimGM6mb.sf2",
-    "/usr/share/sounds/sf2/default-GM.sf2",
-    "/usr/share/sounds/sf3/default-GM.sf3",
-    "/usr/share/soundfonts/default.sf2",
-};
-
-struct SynthSettings {
-    std::string fontPath;    // empty = the system's General MIDI font
-    std::string audioDriver; // empty = whatever works
-};
-
-struct ChosenSettings {
+struct ChosenDriver {
     std::mutex mutex;
-    SynthSettings settings;
+    std::string name; // empty = whatever works
 };
 
-ChosenSettings& chosen() {
-    static ChosenSettings& instance = *new ChosenSettings;
+ChosenDriver& chosen() {
+    static ChosenDriver& instance = *new ChosenDriver;
     return instance;
 }
 
-SynthSettings synthSettings() {
+std::string chosenDriver() {
     const std::lock_guard guard(chosen().mutex);
-    return chosen().settings;
+    return chosen().name;
 }
 
 fluid_audio_driver_t* startDriver(Synthesizer& synthesizer, const std::string& name) {
@@ -68,14 +57,6 @@ fluid_audio_driver_t* startAudio(Synthesizer& synthesizer, const std::string& na
     return nullptr;
 }
 
-void loadSystemFont(Synthesizer& synthesizer) {
-    for (const char* path : kSystemFonts) {
-        if (::access(path, R_OK) == 0 && synthesizer.loadFont(path)) {
-            return;
-        }
-    }
-}
-
 class SynthOutput final : public MidiOutput {
 public:
     SynthOutput() : MidiOutput("Software synthesizer") {}
@@ -84,19 +65,17 @@ public:
     }
 
     MMRESULT open() override {
-        const SynthSettings settings = synthSettings();
-        if (settings.audioDriver == kSilentDriver) {
+        const std::string driver = chosenDriver();
+        if (driver == kSilentDriver) {
             return MMSYSERR_NOERROR;
         }
         m_synthesizer = std::make_unique<Synthesizer>();
-        m_driver = startAudio(*m_synthesizer, settings.audioDriver);
+        m_driver = startAudio(*m_synthesizer, driver);
         if (m_driver == nullptr) {
             // Nobody would take the sound, and notes would pile up inside.
             m_synthesizer.reset();
-        } else if (settings.fontPath.empty()) {
-            loadSystemFont(*m_synthesizer);
         } else {
-            m_synthesizer->loadFont(settings.fontPath);
+            loadChosenFont(*m_synthesizer);
         }
         return MMSYSERR_NOERROR;
     }
@@ -138,12 +117,7 @@ std::unique_ptr<MidiOutput> makeSynthOutput() {
     return std::make_unique<SynthOutput>();
 }
 
-void corvmo_SetSoundFont(const char* path) {
-    const std::lock_guard guard(chosen().mutex);
-    chosen().settings.fontPath = path == nullptr ? "" : path;
-}
-
 void corvmo_SetAudioDriver(const char* name) {
     const std::lock_guard guard(chosen().mutex);
-    chosen().settings.audioDriver = name == nullptr ? "" : name;
+    chosen().name = name == nullptr ? "" : name;
 }

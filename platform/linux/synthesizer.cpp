@@ -25,7 +25,7 @@ void silenceLog() {
 
 } // namespace
 
-Synthesizer::Synthesizer() {
+Synthesizer::Synthesizer(unsigned rate) {
     silenceLog();
     m_settings = new_fluid_settings();
     if (m_settings == nullptr) {
@@ -33,6 +33,9 @@ Synthesizer::Synthesizer() {
     }
     fluid_settings_setnum(m_settings, "synth.gain", kGain);
     fluid_settings_setint(m_settings, "synth.device-id", kDeviceId);
+    if (rate != 0) {
+        fluid_settings_setnum(m_settings, "synth.sample-rate", rate);
+    }
     m_synth = new_fluid_synth(m_settings);
 }
 

@@ -11,7 +11,8 @@ typedef struct _fluid_synth_t fluid_synth_t;
 /// Safe for any thread. Does nothing when the synthesizer could not be made.
 class Synthesizer {
 public:
-    Synthesizer();
+    /// @param rate  frames a second; 0 = the audio output decides
+    explicit Synthesizer(unsigned rate = 0);
     ~Synthesizer();
     Synthesizer(const Synthesizer&) = delete;
     Synthesizer& operator=(const Synthesizer&) = delete;

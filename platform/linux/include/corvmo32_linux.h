@@ -109,6 +109,21 @@ void corvmo_SetSoundFont(const char* path);
  *  PulseAudio, ALSA and OSS; "none", or one that does not work = silent. */
 void corvmo_SetAudioDriver(const char* name);
 
+/* ---- sound into memory ---- */
+
+/** Replaces the outputs by one, the software synthesizer without an audio output: its sound waits
+ *  for corvmo_RenderAudio. With the manual clock a song becomes sound as fast as the machine can.
+ *  An output that is still open is closed; corvmo_SetOutputs(NULL, 0) brings the machine's back.
+ *  @param rate  frames a second, held within 8000 and 96000 */
+void corvmo_UseRenderedOutput(UINT rate);
+
+/** Takes the next sound of that output, in which everything that was sent so far is heard. Time
+ *  passes for the synthesizer in here alone.
+ *  @param stereo  receives 2 * frames samples, left and right in turn; full scale is 1, and what is
+ *                 louder is not cut off
+ *  @return 1 = sound; 0 = silence, as the output is not open or no sound font could be loaded */
+int corvmo_RenderAudio(float* stereo, size_t frames);
+
 /* ---- clock ---- */
 
 /** The machine's monotonic clock and a timer thread. The default. Choosing a clock stops every
