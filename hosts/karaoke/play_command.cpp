@@ -27,15 +27,26 @@ void report(const std::exception& error) {
     std::fprintf(stderr, "karaoke: %s\n", error.what());
 }
 
+struct ReadSong {
+    host::SongFile file;
+    host::Song song;
+};
+
 /// The songs that can be played; the others are reported.
-std::vector<host::Song> readSongs(const PlayOptions& options) {
+std::vector<ReadSong> readSongs(const PlayOptions& options) {
     SongReader reader;
-    std::vector<host::Song> songs;
-    for (const std::string& file : options.files) {
+    std::vector<ReadSong> songs;
+    for (const std::string& name : options.files) {
         try {
-            songs.push_back(host::songForDisplay(
-                reader.read(file), file,
-                {.encoding = options.encoding, .tempoPercent = options.tempoPercent}));
+            host::SongFile file(name);
+            host::Song song = host::songForDisplay(reader.read(file), name,
+                                                   {.encoding = options.settings.encoding,
+                                                    .tempoPercent = options.settings.tempoPercent});
+            if (!file.notes().empty()) {
+                std::fprintf(stderr, "karaoke: %s: %s\n", name.c_str(),
+                             host::mendedInOneLine(file.notes()).c_str());
+            }
+            songs.push_back({std::move(file), std::move(song)});
         } catch (const host::SongError& error) {
             report(error);
         }
@@ -97,7 +108,7 @@ public:
     PlaySession& operator=(const PlaySession&) = delete;
 
     /// @return how many songs could not be played
-    std::size_t play(const std::vector<host::Song>& songs);
+    std::size_t play(const std::vector<ReadSong>& songs);
 
     /// Ends the engine and finishes the log.
     void close();
@@ -135,13 +146,13 @@ PlaySession::~PlaySession() {
     m_signals.setLastResort({});
 }
 
-std::size_t PlaySession::play(const std::vector<host::Song>& songs) {
-    SongPlayer player({m_engine->player(), m_window.handle(), m_device, m_options, m_signals,
-                       *m_view, m_log ? &*m_log : nullptr});
+std::size_t PlaySession::play(const std::vector<ReadSong>& songs) {
+    SongPlayer player({*m_engine, m_window.handle(), m_device, m_options, m_signals, *m_view,
+                       m_log ? &*m_log : nullptr});
     std::size_t failures = 0;
-    for (const host::Song& song : songs) {
+    for (const ReadSong& song : songs) {
         try {
-            player.play(song);
+            player.play(song.file, song.song);
         } catch (const host::SongError& error) {
             report(error);
             ++failures;
@@ -182,7 +193,7 @@ void PlaySession::abandon(HMIDIOUT player) {
 int runPlay(const PlayOptions& options) {
     StopSignals signals;
     chooseOutput(options.device, outputNames());
-    const std::vector<host::Song> songs = readSongs(options);
+    const std::vector<ReadSong> songs = readSongs(options);
     std::size_t failures = options.files.size() - songs.size();
     if (!songs.empty() && !signals.stopping()) {
         PlaySession session(options, signals);

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "corvmo32.h"
+#include "shared/song_settings.h"
 
 namespace karaoke {
 
@@ -33,24 +34,18 @@ struct DrumReplacement {
 struct PlayOptions {
     std::vector<std::string> files;
     std::string device = "0"; ///< number or part of the name
-    int transpose = 0;        ///< semitones
-    std::vector<int> muted;
-    std::vector<int> solo;
-    std::vector<VolumeOffset> volumes;
-    std::vector<PatchChoice> patches;
+    host::SongSettings settings;
     std::vector<DrumReplacement> drums;
     double fadeIn = 0;  ///< seconds; 0 = none
     double fadeOut = 0; ///< seconds; 0 = none
     bool metronome = false;
     std::optional<std::uint16_t> reset = MMMODE_GM; ///< nothing = no reset before a song
-    float tempoPercent = 0;
     std::string logFile;
     std::string audioDriver;
     std::string soundFont;
     int period = 5;   ///< milliseconds
     int eventGap = 0; ///< milliseconds
     bool fast = false;
-    std::string encoding;
 };
 
 } // namespace karaoke

@@ -8,6 +8,7 @@
 #include "karaoke/play_options.h"
 #include "karaoke/song_view.h"
 #include "karaoke/stop_signals.h"
+#include "shared/song_controls.h"
 
 namespace karaoke {
 
@@ -15,7 +16,7 @@ class SongPlayer {
 public:
     /// What the player works with; all of it outlives the player.
     struct Setting {
-        HMIDIOUT player;
+        host::EngineSession& engine;
         HWND window; ///< receives the engine's notifications
         std::uint32_t device;
         const PlayOptions& options;
@@ -24,14 +25,13 @@ public:
         MidiLog* log; ///< may be null
     };
 
-    explicit SongPlayer(const Setting& setting) : m_setting(setting) {}
+    explicit SongPlayer(const Setting& setting);
 
     /// Plays a song to its end, or until a signal asks to stop.
     /// @throws host::SongError  why it cannot be played
-    void play(const host::Song& song);
+    void play(const host::SongFile& file, const host::Song& song);
 
 private:
-    void open(const host::Song& song);
     void run();
     bool stopping() const;
     void passTime();
@@ -39,7 +39,7 @@ private:
     void suspend();
 
     Setting m_setting;
-    bool m_ended = false; ///< the engine has played the song to its end
+    host::SongControls m_controls;
 };
 
 } // namespace karaoke

@@ -25,16 +25,12 @@ SongReader::~SongReader() {
     corvmo_UseRealClock();
 }
 
-host::RawSong SongReader::read(const std::string& path) {
-    try {
-        return host::loadSong(m_engine->player(), path);
-    } catch (const host::HostError& error) {
-        throw host::SongError(path, error.what());
-    }
+host::RawSong SongReader::read(const host::SongFile& file) {
+    return host::loadSong(m_engine->player(), file);
 }
 
 host::RawSong readSong(const std::string& path) {
-    return SongReader().read(path);
+    return SongReader().read(host::SongFile(path));
 }
 
 } // namespace karaoke

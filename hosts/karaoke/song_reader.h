@@ -6,6 +6,7 @@
 
 #include "shared/engine_session.h"
 #include "shared/raw_song.h"
+#include "shared/song_file.h"
 
 namespace karaoke {
 
@@ -18,13 +19,14 @@ public:
     SongReader& operator=(const SongReader&) = delete;
 
     /// @throws host::SongError  why it cannot be played
-    host::RawSong read(const std::string& path);
+    host::RawSong read(const host::SongFile& file);
 
 private:
     std::unique_ptr<host::EngineSession> m_engine;
 };
 
-/// Reads one song.
+/// Reads one song, mended where it has to be.
+/// @throws host::SongError  why it cannot be played
 host::RawSong readSong(const std::string& path);
 
 } // namespace karaoke

@@ -58,6 +58,16 @@ BarPosition BarGrid::at(std::uint32_t tick) const {
     return {section.firstBar + beats / perBar, beats % perBar + 1};
 }
 
+std::uint32_t BarGrid::tickOf(std::uint32_t bar) const {
+    const std::uint32_t wanted = std::max(bar, 1u);
+    const auto after = std::upper_bound(
+        m_sections.begin() + 1, m_sections.end(), wanted,
+        [](std::uint32_t value, const Section& section) { return value < section.firstBar; });
+    const Section& section = *(after - 1);
+    const auto perBar = static_cast<std::uint32_t>(section.signature.beatsPerBar);
+    return section.signature.tick + (wanted - section.firstBar) * perBar * section.beatTicks;
+}
+
 std::vector<TimeSignature> BarGrid::signatures() const {
     std::vector<TimeSignature> signatures;
     for (const Section& section : m_sections) {

@@ -31,6 +31,18 @@ public:
 
     BarPosition at(std::uint32_t tick) const;
 
+    /// First tick of a bar; bars beyond the song go on as its last ones. 0 counts as 1.
+    std::uint32_t tickOf(std::uint32_t bar) const;
+
+    /// The signature in force at a tick.
+    TimeSignature signatureAt(std::uint32_t tick) const {
+        return sectionAt(tick).signature;
+    }
+    /// Ticks of a beat there.
+    std::uint32_t beatTicksAt(std::uint32_t tick) const {
+        return sectionAt(tick).beatTicks;
+    }
+
     /// In time order, the one at tick 0 first.
     std::vector<TimeSignature> signatures() const;
 

@@ -20,6 +20,11 @@ public:
     /// A lyric or chord of the engine's tables was announced; -1 = none yet.
     void lyric(int index);
     void chord(int index);
+    /// The song was moved: these were the last ones before the new position.
+    void jumpTo(int lyric, int chord) {
+        m_lyric = lyric;
+        m_chord = chord;
+    }
     int lastLyric() const {
         return m_lyric;
     }

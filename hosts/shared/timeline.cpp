@@ -27,20 +27,30 @@ std::uint32_t changedTempo(std::uint32_t songTempo, float percent) {
 } // namespace
 
 Timeline::Timeline(const std::vector<MMEVENT>& events, int division, float tempoPercent)
-    : m_division(std::max(division, 1)) {
-    const std::uint32_t first = changedTempo(kDefaultTempo, tempoPercent);
-    m_steps.push_back({0, first == 0 ? kDefaultTempo : first, 0});
+    : m_division(std::max(division, 1)), m_songTempos{{0, kDefaultTempo}} {
     for (const MMEVENT& event : events) {
         if (event.kind == kTempoEvent) {
-            addTempo(event.time, tempoOf(event), tempoPercent);
+            m_songTempos.push_back({event.time, tempoOf(event)});
         }
     }
+    applyPercent(tempoPercent);
 }
 
-void Timeline::addTempo(std::uint32_t tick, std::uint32_t songTempo, float percent) {
-    const std::uint32_t tempo = changedTempo(songTempo, percent);
-    if (tempo != 0) {
-        m_steps.push_back({tick, tempo, secondsAfter(m_steps.back(), tick)});
+Timeline Timeline::withPercent(float tempoPercent) const {
+    Timeline changed = *this;
+    changed.applyPercent(tempoPercent);
+    return changed;
+}
+
+void Timeline::applyPercent(float percent) {
+    m_steps.clear();
+    for (const SongTempo& song : m_songTempos) {
+        const std::uint32_t tempo = changedTempo(song.tempo, percent);
+        if (m_steps.empty()) {
+            m_steps.push_back({0, tempo == 0 ? kDefaultTempo : tempo, 0});
+        } else if (tempo != 0) {
+            m_steps.push_back({song.tick, tempo, secondsAfter(m_steps.back(), song.tick)});
+        }
     }
 }
 
@@ -58,6 +68,23 @@ double Timeline::secondsAfter(const Step& step, std::uint32_t tick) const {
 
 double Timeline::secondsAt(std::uint32_t tick) const {
     return secondsAfter(stepAt(tick), tick);
+}
+
+std::uint32_t Timeline::tickAt(double seconds) const {
+    const auto after =
+        std::upper_bound(m_steps.begin() + 1, m_steps.end(), seconds,
+                         [](double value, const Step& step) { return value < step.seconds; });
+    const Step& step = *(after - 1);
+    const double quarters =
+        std::max(seconds - step.seconds, 0.0) * kMicrosecondsPerSecond / step.tempo;
+    return step.tick + static_cast<std::uint32_t>(quarters * m_division);
+}
+
+std::uint32_t Timeline::songTempoAt(std::uint32_t tick) const {
+    const auto after = std::upper_bound(
+        m_songTempos.begin() + 1, m_songTempos.end(), tick,
+        [](std::uint32_t value, const SongTempo& song) { return value < song.tick; });
+    return (after - 1)->tempo;
 }
 
 std::uint32_t Timeline::tempoAt(std::uint32_t tick) const {

@@ -1,0 +1,78 @@
+// What a listener sets for one song.
+#include "shared/song_settings.h"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace host {
+
+namespace {
+
+void append(std::string& line, const std::string& part) {
+    line += (line.empty() ? "" : ", ") + part;
+}
+
+std::string describeChannel(const ChannelSettings& channel) {
+    std::string words;
+    const auto tell = [&words](bool set, const std::string& text) {
+        if (set) {
+            words += " " + text;
+        }
+    };
+    tell(channel.muted, "muted");
+    tell(channel.solo, "solo");
+    tell(channel.volume != 0, "volume " + signedText(channel.volume));
+    tell(channel.pan != 0, "pan " + signedText(channel.pan));
+    tell(channel.reverb != 0, "reverb " + signedText(channel.reverb));
+    tell(channel.chorus != 0, "chorus " + signedText(channel.chorus));
+    tell(channel.program != kSongsProgram, "program " + std::to_string(channel.program + 1));
+    return words;
+}
+
+} // namespace
+
+bool SongSettings::anySolo() const {
+    return std::any_of(channels.begin(), channels.end(),
+                       [](const ChannelSettings& channel) { return channel.solo; });
+}
+
+bool SongSettings::silences(int channel) const {
+    const ChannelSettings& own = channels.at(static_cast<std::size_t>(channel));
+    return own.muted || (anySolo() && !own.solo);
+}
+
+std::string signedText(int number) {
+    return (number > 0 ? "+" : "") + std::to_string(number);
+}
+
+std::string signedText(float number) {
+    char text[32];
+    std::snprintf(text, sizeof text, number == 0 ? "%g" : "%+g", static_cast<double>(number));
+    return text;
+}
+
+std::string describe(const SongSettings& settings) {
+    std::string line;
+    if (settings.tempoPercent != 0) {
+        append(line, "tempo " + signedText(settings.tempoPercent));
+    }
+    if (settings.transpose != 0) {
+        append(line, "key " + signedText(settings.transpose));
+    }
+    for (int channel = 0; channel < kChannels; ++channel) {
+        const std::string words =
+            describeChannel(settings.channels[static_cast<std::size_t>(channel)]);
+        if (!words.empty()) {
+            append(line, "channel " + std::to_string(channel + 1) + words);
+        }
+    }
+    if (!settings.encoding.empty()) {
+        append(line, "encoding " + settings.encoding);
+    }
+    if (settings.displayOffset != 0) {
+        append(line, "words " + signedText(settings.displayOffset) + " ms");
+    }
+    return line;
+}
+
+} // namespace host
