@@ -61,6 +61,15 @@ void PlayingState::takeChannel(unsigned message, ChannelActivity& channel, std::
     case MMN_VOLUME:
         channel.volume = static_cast<int>(lParam);
         return;
+    case MMN_PAN:
+        channel.pan = static_cast<int>(lParam);
+        return;
+    case MMN_REVERB:
+        channel.reverb = static_cast<int>(lParam);
+        return;
+    case MMN_CHORUS:
+        channel.chorus = static_cast<int>(lParam);
+        return;
     default:
         return;
     }

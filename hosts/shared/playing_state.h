@@ -12,9 +12,13 @@ namespace host {
 /// What sounds on one song channel.
 struct ChannelActivity {
     int program = -1; ///< 0 to 127, what was sent last; -1 = nothing yet
-    int volume = -1;  ///< the song's controller 7; -1 = none yet
+    int volume = -1;  ///< the song's controller 7; -1 = none yet, as for the next three
+    int pan = -1;     ///< controller 10
+    int reverb = -1;  ///< controller 91
+    int chorus = -1;  ///< controller 93
     int sounding = 0; ///< notes that were begun and not ended
     double level = 0; ///< 0 to 1: full when a note begins, then falling
+    bool operator==(const ChannelActivity&) const = default;
 };
 
 /// Takes the notifications of one player in their order. All calls from one thread.
