@@ -4,6 +4,7 @@
 #include <CLI/CLI.hpp>
 
 #include "karaoke/declared_options.h"
+#include "karaoke/export_command_line.h"
 #include "karaoke/option_values.h"
 #include "karaoke/play_command_line.h"
 #include "karaoke/setting_options.h"
@@ -22,12 +23,14 @@ private:
 
     CLI::App m_app{"Plays MIDI songs and shows their words and chords.", "karaoke"};
     CLI::App* m_play;
+    CLI::App* m_render;
     CLI::App* m_lyrics;
     CLI::App* m_info;
     CLI::App* m_events;
     CLI::App* m_devices;
     bool m_listDevices = false;
     PlayOptions m_playOptions;
+    RenderOptions m_renderOptions;
     LyricsOptions m_lyricsOptions;
     InfoOptions m_infoOptions;
     ReadOptions m_eventsOptions;
@@ -35,6 +38,7 @@ private:
 
 CommandLine::CommandLine()
     : m_play(m_app.add_subcommand("play", "Play songs, one after the other")),
+      m_render(m_app.add_subcommand("render", "Make a sound file of a song")),
       m_lyrics(m_app.add_subcommand("lyrics", "Print a song's words and chords with their times")),
       m_info(m_app.add_subcommand("info", "Print facts about a song")),
       m_events(m_app.add_subcommand("events", "Print everything that a song does, in time order")),
@@ -42,14 +46,16 @@ CommandLine::CommandLine()
     m_app.set_version_flag("--version", std::string("karaoke ") + KARAOKE_VERSION,
                            "Print the version and exit");
     m_app.require_subcommand(0, 1);
-    for (CLI::App* app : {&m_app, m_play, m_lyrics, m_info, m_events, m_devices}) {
+    for (CLI::App* app : {&m_app, m_play, m_render, m_lyrics, m_info, m_events, m_devices}) {
         app->get_formatter()->column_width(kHelpColumn);
     }
     m_app.add_flag("--list-devices", m_listDevices, "List the MIDI outputs and exit");
     m_app.footer("'karaoke COMMAND --help' tells the options of a command.");
     m_play->add_flag("--list-devices", m_listDevices, "List the MIDI outputs and exit");
     addPlayOptions(*m_play, m_playOptions);
+    addRenderOptions(*m_render, m_renderOptions);
     addReader(*m_lyrics, m_lyricsOptions.song);
+    addLyricsOptions(*m_lyrics, m_lyricsOptions);
     addReader(*m_info, m_infoOptions.song);
     m_info->add_flag("--json", m_infoOptions.json, "Print them as JSON, for other programs");
     addReader(*m_events, m_eventsOptions);
@@ -80,6 +86,10 @@ Command CommandLine::parse(int argumentCount, char** arguments) {
         }
         return m_playOptions;
     }
+    if (*m_render) {
+        chooseFormat(m_renderOptions);
+        return m_renderOptions;
+    }
     if (*m_lyrics) {
         return m_lyricsOptions;
     }
@@ -89,7 +99,7 @@ Command CommandLine::parse(int argumentCount, char** arguments) {
     if (*m_events) {
         return EventsCommand{m_eventsOptions};
     }
-    throw UsageError("no command was given: play, lyrics, info, events or devices");
+    throw UsageError("no command was given: play, render, lyrics, info, events or devices");
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 
 #include "karaoke/play_options.h"
 #include "karaoke/read_options.h"
+#include "karaoke/render_options.h"
 
 namespace karaoke {
 
@@ -15,8 +16,8 @@ struct DevicesCommand {};
 /// Help or version was printed.
 struct NoCommand {};
 
-using Command =
-    std::variant<NoCommand, PlayOptions, LyricsOptions, InfoOptions, EventsCommand, DevicesCommand>;
+using Command = std::variant<NoCommand, PlayOptions, RenderOptions, LyricsOptions, InfoOptions,
+                             EventsCommand, DevicesCommand>;
 
 /// @throws UsageError  what is wrong, in one line
 Command parseCommandLine(int argumentCount, char** arguments);

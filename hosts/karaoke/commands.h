@@ -3,10 +3,12 @@
 
 #include "karaoke/play_options.h"
 #include "karaoke/read_options.h"
+#include "karaoke/render_options.h"
 
 namespace karaoke {
 
 int runPlay(const PlayOptions& options);
+int runRender(const RenderOptions& options);
 int runLyrics(const LyricsOptions& options);
 int runInfo(const InfoOptions& options);
 int runEvents(const ReadOptions& options);

@@ -29,6 +29,9 @@ struct Runner {
     int operator()(const karaoke::PlayOptions& options) const {
         return karaoke::runPlay(options);
     }
+    int operator()(const karaoke::RenderOptions& options) const {
+        return karaoke::runRender(options);
+    }
     int operator()(const karaoke::LyricsOptions& options) const {
         return karaoke::runLyrics(options);
     }

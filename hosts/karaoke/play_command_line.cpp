@@ -15,33 +15,10 @@ constexpr int kLongestPeriod = 100;
 constexpr int kLongestGap = 1000;
 constexpr std::size_t kMostDrums = 10;
 
-void addSoundOptions(CLI::App& play, PlayOptions& options) {
-    addValue(play, "fade-in", "SECONDS", "Fade in over the first 0.1 to 100 seconds",
-             [&](const std::string& text) {
-                 options.fadeIn = parseNumber("--fade-in", text, kShortestFade, kLongestFade);
-             });
-    addValue(play, "fade-out", "SECONDS", "Fade out over the last 0.1 to 100 seconds",
-             [&](const std::string& text) {
-                 options.fadeOut = parseNumber("--fade-out", text, kShortestFade, kLongestFade);
-             });
-    play.add_flag("--metronome", options.metronome, "Click on every beat");
-    addRepeatable(play, "drums", "FROM:TO",
-                  "Play another drum note (0 to 127) for one; may be repeated, at most 10 times",
-                  [&](const std::string& text) {
-                      options.drums.push_back(parseDrums(text));
-                      if (options.drums.size() > kMostDrums) {
-                          throw UsageError("--drums: at most 10 notes can be replaced");
-                      }
-                  });
-}
-
 void addOutputOptions(CLI::App& play, PlayOptions& options) {
     addValue(play, "device", "N|NAME",
              "MIDI output, by number or part of its name; 0 is the software synthesizer",
              [&](const std::string& text) { options.device = text; });
-    addValue(play, "reset", "gm|gs|xg|none",
-             "Reset message sent before each song (without the option: gm)",
-             [&](const std::string& text) { options.reset = parseReset(text); });
     CLI::Option* const audio = addValue(
         play, "audio", "DRIVER",
         "Audio output of the software synthesizer: alsa, jack, none, oss, pipewire, portaudio, "
@@ -50,8 +27,6 @@ void addOutputOptions(CLI::App& play, PlayOptions& options) {
     play.add_flag_callback(
             "--silent", [&] { options.audioDriver = "none"; }, "Without sound: --audio none")
         ->excludes(audio);
-    addValue(play, "soundfont", "FILE", "Sound font of the software synthesizer",
-             [&](const std::string& text) { options.soundFont = parseSoundFont(text); });
     addValue(play, "log", "FILE", "Write every message that an output receives to this file",
              [&](const std::string& text) { options.logFile = text; });
 }
@@ -72,6 +47,31 @@ void addTimeOptions(CLI::App& play, PlayOptions& options) {
 }
 
 } // namespace
+
+void addSoundOptions(CLI::App& command, PlayOptions& options) {
+    addValue(command, "fade-in", "SECONDS", "Fade in over the first 0.1 to 100 seconds",
+             [&](const std::string& text) {
+                 options.fadeIn = parseNumber("--fade-in", text, kShortestFade, kLongestFade);
+             });
+    addValue(command, "fade-out", "SECONDS", "Fade out over the last 0.1 to 100 seconds",
+             [&](const std::string& text) {
+                 options.fadeOut = parseNumber("--fade-out", text, kShortestFade, kLongestFade);
+             });
+    command.add_flag("--metronome", options.metronome, "Click on every beat");
+    addRepeatable(command, "drums", "FROM:TO",
+                  "Play another drum note (0 to 127) for one; may be repeated, at most 10 times",
+                  [&](const std::string& text) {
+                      options.drums.push_back(parseDrums(text));
+                      if (options.drums.size() > kMostDrums) {
+                          throw UsageError("--drums: at most 10 notes can be replaced");
+                      }
+                  });
+    addValue(command, "reset", "gm|gs|xg|none",
+             "Reset message sent before each song (without the option: gm)",
+             [&](const std::string& text) { options.reset = parseReset(text); });
+    addValue(command, "soundfont", "FILE", "Sound font of the software synthesizer",
+             [&](const std::string& text) { options.soundFont = parseSoundFont(text); });
+}
 
 void addPlayOptions(CLI::App& play, PlayOptions& options) {
     play.footer("Channels are 1 to 16 and programs 1 to 128, as musicians count them.\n"
