@@ -128,7 +128,7 @@ void spaceUnspacedWords(std::vector<Line>& lines) {
     }
 }
 
-std::vector<Line> divideLongLines(std::vector<Line> lines) {
+std::vector<Line> divideLongLines(const std::vector<Line>& lines) {
     std::vector<Line> parts;
     for (const Line& line : lines) {
         divide(line, parts);

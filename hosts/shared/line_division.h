@@ -12,6 +12,6 @@ namespace host {
 void spaceUnspacedWords(std::vector<Line>& lines);
 
 /// Divides lines that are too long to read, between words and where the song pauses most.
-std::vector<Line> divideLongLines(std::vector<Line> lines);
+std::vector<Line> divideLongLines(const std::vector<Line>& lines);
 
 } // namespace host

@@ -150,7 +150,7 @@ std::vector<Line> buildLines(const std::vector<TimedBytes>& lyrics, const TextDe
     spaceUnspacedWords(lines);
     std::for_each(lines.begin(), lines.end(), tidyLine);
     std::erase_if(lines, isBlank);
-    return divideLongLines(std::move(lines));
+    return divideLongLines(lines);
 }
 
 } // namespace host

@@ -23,6 +23,7 @@ constexpr std::array kTonics = {"C flat", "G flat",  "D flat",  "A flat",  "E fl
 
 std::vector<ChannelUse> channelsInUse(const std::vector<MMEVENT>& events) {
     std::vector<ChannelUse> uses;
+    uses.reserve(kChannels);
     for (int channel = 0; channel < kChannels; ++channel) {
         uses.push_back({channel, 0, {}});
     }
@@ -41,7 +42,7 @@ std::vector<ChannelUse> channelsInUse(const std::vector<MMEVENT>& events) {
 }
 
 std::string keyName(std::int32_t keySignature) {
-    const int sharps = static_cast<std::int8_t>(keySignature >> 8);
+    const int sharps = keySignature >> 8;
     const int minor = keySignature & 0xFF;
     if (sharps < -kMostSharps || sharps > kMostSharps || minor > 1) {
         return {};

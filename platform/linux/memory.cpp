@@ -71,9 +71,21 @@ bool remember(HGLOBAL handle, const Block& block) {
     return true;
 }
 
+// The block's new address; null, and the block as it was, when it cannot be had.
+void* resize(HGLOBAL handle, const Block& block, std::size_t bytes) {
+    if (!block.moveable) {
+        return std::realloc(handle, heapBytes(bytes));
+    }
+    void* const moved = std::realloc(handle->data, heapBytes(bytes));
+    if (moved != nullptr) {
+        handle->data = moved;
+    }
+    return moved;
+}
+
 // A fixed block that moves gets a new handle and with it a new key.
-HGLOBAL renameFixed(Blocks& all, HGLOBAL handle, void* moved) {
-    auto node = all.byKey.extract(keyOf(handle));
+HGLOBAL renameFixed(Blocks& all, std::uintptr_t key, void* moved) {
+    auto node = all.byKey.extract(key);
     const auto renamed = static_cast<HGLOBAL>(moved);
     node.key() = keyOf(renamed);
     all.byKey.insert(std::move(node));
@@ -118,7 +130,8 @@ HGLOBAL GlobalReAlloc(HGLOBAL handle, std::size_t bytes, UINT flags) {
         // Whether the heap could grow the block in place is not known before it has moved.
         return bytes <= block->bytes ? handle : nullptr;
     }
-    void* moved = std::realloc(dataOf(handle, *block), heapBytes(bytes));
+    const std::uintptr_t key = keyOf(handle);
+    void* const moved = resize(handle, *block, bytes);
     if (moved == nullptr) {
         return nullptr;
     }
@@ -126,11 +139,7 @@ HGLOBAL GlobalReAlloc(HGLOBAL handle, std::size_t bytes, UINT flags) {
         std::memset(static_cast<char*>(moved) + block->bytes, 0, bytes - block->bytes);
     }
     block->bytes = bytes;
-    if (!block->moveable) {
-        return renameFixed(all, handle, moved);
-    }
-    handle->data = moved;
-    return handle;
+    return block->moveable ? handle : renameFixed(all, key, moved);
 }
 
 void* GlobalLock(HGLOBAL handle) {
@@ -177,10 +186,12 @@ HGLOBAL GlobalFree(HGLOBAL handle) {
         return handle;
     }
     const bool moveable = found->second.moveable;
-    std::free(dataOf(handle, found->second));
-    if (moveable) {
-        delete handle;
-    }
     all.byKey.erase(found);
+    if (moveable) {
+        std::free(handle->data);
+        delete handle;
+    } else {
+        std::free(handle);
+    }
     return nullptr;
 }

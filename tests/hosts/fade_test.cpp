@@ -28,8 +28,8 @@ TEST(Fades, Run_straight_from_one_end_to_the_other) {
         const std::uint32_t start = 3600000; // an hour into a song
         const MMFADE in = fadeIn(length);
         const MMFADE out = fadeOut(start, length);
-        EXPECT_EQ(in.segmentEnd[4], length);
-        EXPECT_EQ(out.segmentEnd[4], start + length);
+        EXPECT_EQ(+in.segmentEnd[4], length);
+        EXPECT_EQ(+out.segmentEnd[4], start + length);
         EXPECT_EQ(levelAt(in, length), kFull) << length;
         EXPECT_EQ(levelAt(out, 5), kFull) << length;
         EXPECT_EQ(levelAt(out, start), kFull) << length;
