@@ -7,23 +7,28 @@ set(corvmo_include_dir ${CMAKE_INSTALL_INCLUDEDIR}/corvmo32)
 set(corvmo_package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/corvmo32)
 
 target_include_directories(corvmo32 INTERFACE $<INSTALL_INTERFACE:${corvmo_include_dir}>)
-install(TARGETS corvmo32 EXPORT corvmo32 LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(TARGETS corvmo32 EXPORT corvmo32
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT player NAMELINK_COMPONENT development)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/ ${PROJECT_SOURCE_DIR}/platform/linux/include/
-    DESTINATION ${corvmo_include_dir} FILES_MATCHING PATTERN "*.h")
+    DESTINATION ${corvmo_include_dir} COMPONENT development FILES_MATCHING PATTERN "*.h")
 
 # The library hides what it needs itself, so that the list of targets is the whole package.
-install(EXPORT corvmo32 NAMESPACE corvmo32:: FILE corvmo32Config.cmake DESTINATION ${corvmo_package_dir})
+install(EXPORT corvmo32 NAMESPACE corvmo32:: FILE corvmo32Config.cmake DESTINATION ${corvmo_package_dir}
+    COMPONENT development)
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/corvmo32ConfigVersion.cmake
     COMPATIBILITY SameMinorVersion)
-install(FILES ${PROJECT_BINARY_DIR}/corvmo32ConfigVersion.cmake DESTINATION ${corvmo_package_dir})
+install(FILES ${PROJECT_BINARY_DIR}/corvmo32ConfigVersion.cmake DESTINATION ${corvmo_package_dir}
+    COMPONENT development)
 
 file(RELATIVE_PATH corvmo_prefix_from_pc /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(${PROJECT_SOURCE_DIR}/cmake/corvmo32.pc.in ${PROJECT_BINARY_DIR}/corvmo32.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/corvmo32.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+install(FILES ${PROJECT_BINARY_DIR}/corvmo32.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
+    COMPONENT development)
 
-install(FILES ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR} RENAME copyright
+    COMPONENT player)
+install(FILES ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR}-dev RENAME copyright
+    COMPONENT development)
 if(TARGET karaoke)
-    file(RELATIVE_PATH corvmo_lib_from_bin /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
-    set_target_properties(karaoke PROPERTIES INSTALL_RPATH "$ORIGIN/${corvmo_lib_from_bin}")
-    install(TARGETS karaoke RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} OPTIONAL)
+    include(CorvmoInstallPlayer)
 endif()

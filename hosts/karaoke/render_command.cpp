@@ -78,7 +78,8 @@ int runRender(const RenderOptions& options) {
     const host::SongFile file(options.file);
     const host::Song song =
         host::songForDisplay(SongReader().read(file), options.file,
-                             {.encoding = "", .tempoPercent = options.play.settings.tempoPercent});
+                             {.encoding = options.play.settings.encoding,
+                              .tempoPercent = options.play.settings.tempoPercent});
     if (!file.notes().empty()) {
         std::fprintf(stderr, "karaoke: %s: %s\n", options.file.c_str(),
                      host::mendedInOneLine(file.notes()).c_str());
