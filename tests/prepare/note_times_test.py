@@ -168,7 +168,8 @@ class NoteTimes(unittest.TestCase):
                            struct.pack("<I", len(data)) + data, data)
         self.expect_mended(bytes(128) + data, data)
         self.expect_mended(data[:4] + struct.pack(">I", 9) + data[8:14] + b"abc" + body, data)
-        self.expect_mended(data[:14] + b"XFIH\0\0\0\3abc" + body, data)
+        for at in [14, *(begin + length for begin, length in chunks(data)[:-1])]:
+            self.expect_mended(data[:at] + b"XFIH\0\0\0\3abc" + data[at:], data)
         for count in (0, 50, 60000):
             self.expect_mended(data[:10] + struct.pack(">H", count) + data[12:], data)
         for begin, length in chunks(data):
@@ -177,9 +178,10 @@ class NoteTimes(unittest.TestCase):
 
     @with_each_song
     def test_missing_ends_and_messages_in_parts(self, data):
-        begin, length = chunks(data)[-1]
+        for begin, length in chunks(data):
+            end = begin + length
+            self.expect_mended(data[:begin - 4] + struct.pack(">I", length - 4) + data[begin:end - 4] + data[end:], data)
         head, body = data[:begin - 4], data[begin:]
-        self.expect_mended(head + struct.pack(">I", length - 4) + body[:-4], data)
         parts = in_parts(body)
         if parts != body:
             self.expect_mended(head + struct.pack(">I", len(parts)) + parts, data)
