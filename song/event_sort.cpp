@@ -1,77 +1,257 @@
-// The sort of the event list. It is not stable, and hosts see its order of equal times: partition and
-// selection must move records exactly as they do here.
+// The sort of the event list: a quicksort around middle records that ends in selection passes. It is not
+// stable, and hosts see its order of equal times, so records move exactly as two scans from both ends of a
+// range would move them.
+#include <algorithm>
+#include <bit>
+#include <cstring>
+#include <limits>
 #include <utility>
 
 #include "song/song.h"
 
 namespace {
 
-constexpr std::int32_t kSelectionSize = 8;
+constexpr std::ptrdiff_t kSelectionSize = 8;
 constexpr int kMaxPending = 32; ///< the larger half is the one deferred, so 30 would do
 
-/// Records lo to hi, both included.
-struct Range {
-    std::int32_t lo;
-    std::int32_t hi;
+/// One bit for each record of a block.
+using Mask = std::uintptr_t;
+constexpr std::ptrdiff_t kBlock = std::numeric_limits<Mask>::digits;
 
-    std::int32_t size() const noexcept {
-        return hi - lo + 1;
+/// Records that are compared at once: a loop of fixed length is what compilers make vector instructions of.
+constexpr std::ptrdiff_t kStep = 16;
+
+static_assert(std::endian::native == std::endian::little,
+              "the first flag of eight is the lowest byte");
+
+/// How eight flags come to lie in the eight bits of a mask: a factor that gathers the low bits of eight
+/// bytes in the top byte of the product.
+enum class FirstFlag : std::uint64_t {
+    LowestBit = 0x0102040810204080,
+    HighestBit = 0x8040201008040201
+};
+
+Mask gatherEight(const std::uint8_t* flags, FirstFlag order) noexcept {
+    std::uint64_t eight = 0;
+    std::memcpy(&eight, flags, sizeof eight);
+    return static_cast<Mask>(eight * static_cast<std::uint64_t>(order) >> 56);
+}
+
+constexpr Mask lowBits(std::ptrdiff_t count) noexcept {
+    return count >= kBlock ? ~Mask{0} : (Mask{1} << count) - 1;
+}
+
+constexpr std::ptrdiff_t wholeSteps(std::ptrdiff_t count) noexcept {
+    return (count + kStep - 1) / kStep * kStep;
+}
+
+/// Compares stretches of up to a block with the pivot: whole steps where the list goes on far enough,
+/// record by record where it does not.
+class PivotComparison {
+public:
+    PivotComparison(const MMEVENT* listBegin, const MMEVENT* listEnd, std::uint32_t pivot) noexcept
+        : m_listBegin(listBegin), m_listEnd(listEnd), m_pivot(pivot) {}
+
+    /// Bit k: begin[k] is later than the pivot.
+    Mask later(const MMEVENT* begin, std::ptrdiff_t count) const noexcept {
+        Mask mask = 0;
+        if (m_listEnd - begin < wholeSteps(count)) {
+            for (std::ptrdiff_t k = 0; k < count; ++k) {
+                mask |= Mask{begin[k].time > m_pivot} << k;
+            }
+            return mask;
+        }
+        for (std::ptrdiff_t step = 0; step < count; step += kStep) {
+            std::uint8_t flags[kStep];
+            for (std::ptrdiff_t k = 0; k < kStep; ++k) {
+                flags[k] = begin[step + k].time > m_pivot;
+            }
+            mask |= gatherEight(flags, FirstFlag::LowestBit) << step;
+            mask |= gatherEight(flags + 8, FirstFlag::LowestBit) << (step + 8);
+        }
+        return mask & lowBits(count);
+    }
+
+    /// Bit k: end[-1 - k] is earlier than the pivot.
+    Mask earlier(const MMEVENT* end, std::ptrdiff_t count) const noexcept {
+        Mask mask = 0;
+        if (end - m_listBegin < wholeSteps(count)) {
+            for (std::ptrdiff_t k = 0; k < count; ++k) {
+                mask |= Mask{end[-1 - k].time < m_pivot} << k;
+            }
+            return mask;
+        }
+        for (std::ptrdiff_t step = 0; step < count; step += kStep) {
+            const MMEVENT* const begin = end - step - kStep;
+            std::uint8_t flags[kStep];
+            for (std::ptrdiff_t k = 0; k < kStep; ++k) {
+                flags[k] = begin[k].time < m_pivot;
+            }
+            mask |= gatherEight(flags + 8, FirstFlag::HighestBit) << step;
+            mask |= gatherEight(flags, FirstFlag::HighestBit) << (step + 8);
+        }
+        return mask & lowBits(count);
+    }
+
+private:
+    const MMEVENT* m_listBegin;
+    const MMEVENT* m_listEnd;
+    std::uint32_t m_pivot;
+};
+
+/// A stretch of a range. While a range is split, the open one: no record before it is later than the
+/// pivot, none behind it earlier.
+struct Stretch {
+    MMEVENT* begin;
+    MMEVENT* end;
+};
+
+void removeLowest(Mask& mask) noexcept {
+    mask &= mask - 1;
+}
+
+/// Exchanges late records at the left with early ones at the right, outermost first, until one block or
+/// less is open.
+Stretch exchangeBlocks(Stretch open, const PivotComparison& pivot) noexcept {
+    MMEVENT* left = open.begin; // bits of late count from here
+    MMEVENT* right = open.end;  // bits of early count back from here
+    Mask late = 0;
+    Mask early = 0;
+    while (open.begin != open.end) {
+        const std::ptrdiff_t count = std::min(kBlock, open.end - open.begin);
+        if (late == 0) {
+            left = open.begin;
+            late = pivot.later(left, count);
+            open.begin += count;
+        } else {
+            right = open.end;
+            early = pivot.earlier(right, count);
+            open.end -= count;
+        }
+        while (late != 0 && early != 0) {
+            std::swap(left[std::countr_zero(late)], right[-1 - std::countr_zero(early)]);
+            removeLowest(late);
+            removeLowest(early);
+        }
+    }
+    if (late != 0) {
+        open.begin = left + std::countr_zero(late);
+    }
+    if (early != 0) {
+        open.end = right - std::countr_zero(early);
+    }
+    return open;
+}
+
+/// The same within a block, until the two sides have crossed.
+Stretch exchangeWithin(Stretch open, const PivotComparison& pivot) noexcept {
+    const std::ptrdiff_t count = open.end - open.begin;
+    Mask late = pivot.later(open.begin, count);
+    Mask early = pivot.earlier(open.end, count);
+    for (;;) {
+        MMEVENT* const i = late != 0 ? open.begin + std::countr_zero(late) : open.end;
+        MMEVENT* const pastJ = early != 0 ? open.end - std::countr_zero(early) : open.begin;
+        if (pastJ <= i) {
+            return {pastJ, i};
+        }
+        std::swap(*i, pastJ[-1]);
+        removeLowest(late);
+        removeLowest(early);
+    }
+}
+
+/// Records of the list, and the times between which all of them lie.
+struct Range {
+    MMEVENT* begin;
+    MMEVENT* end;
+    std::uint32_t earliest;
+    std::uint32_t latest;
+
+    std::ptrdiff_t size() const noexcept {
+        return end - begin;
     }
 };
 
 /// Moves the latest record to the end, again and again.
-void selectionSort(MMEVENT* events, Range range) noexcept {
-    for (; range.hi > range.lo; --range.hi) {
-        std::int32_t latest = range.lo;
-        for (std::int32_t i = range.lo + 1; i <= range.hi; ++i) {
-            if (events[i].time > events[latest].time) {
-                latest = i;
-            }
+void selectionSort(const Range& range) noexcept {
+    for (MMEVENT* end = range.end; end - range.begin > 1; --end) {
+        MMEVENT* latest = range.begin;
+        std::uint32_t time = latest->time;
+        for (MMEVENT* event = range.begin + 1; event != end; ++event) {
+            // Without a branch, which could not be foretold.
+            const bool later = event->time > time;
+            latest = later ? event : latest;
+            time = later ? event->time : time;
         }
-        std::swap(events[latest], events[range.hi]);
+        std::swap(*latest, end[-1]);
     }
 }
 
-/// Splits the range around the time of its middle record, which itself ends between the two halves.
-std::pair<Range, Range> partition(MMEVENT* events, Range range) noexcept {
-    std::swap(events[range.lo + range.size() / 2], events[range.lo]);
-    const std::uint32_t pivot = events[range.lo].time;
-    std::int32_t i = range.lo;
-    std::int32_t j = range.hi + 1;
-    for (;;) {
-        do {
-            ++i;
-        } while (i <= range.hi && events[i].time <= pivot);
-        do {
-            --j;
-        } while (j > range.lo && events[j].time >= pivot);
-        if (j < i) {
-            break;
+/// Sorts one list.
+class EventSorter {
+public:
+    EventSorter(MMEVENT* begin, MMEVENT* end) noexcept : m_begin(begin), m_end(end) {}
+
+    void sort() noexcept;
+
+private:
+    std::pair<Range, Range> split(const Range& range) const noexcept;
+
+    MMEVENT* m_begin;
+    MMEVENT* m_end;
+};
+
+/// Splits the range around its middle record. Of the records with the pivot's time, those that come to lie
+/// between the halves belong to neither.
+std::pair<Range, Range> EventSorter::split(const Range& range) const noexcept {
+    MMEVENT* const first = range.begin;
+    std::swap(first[range.size() / 2], *first);
+    const std::uint32_t pivot = first->time;
+    // Few distinct times make many pivots with nothing on one side; that side is not read again then.
+    const bool anyEarlier = pivot > range.earliest;
+    const bool anyLater = pivot < range.latest;
+    Stretch open{first + 1, range.end};
+    if (anyEarlier && anyLater) {
+        const PivotComparison comparison(m_begin, m_end, pivot);
+        if (range.size() > kBlock) {
+            open = exchangeBlocks(open, comparison);
         }
-        std::swap(events[i], events[j]);
+        open = exchangeWithin(open, comparison);
     }
-    std::swap(events[range.lo], events[j]);
-    return {{range.lo, j - 1}, {i, range.hi}};
+    MMEVENT* i = anyLater ? open.begin : range.end;
+    while (i != range.end && i->time <= pivot) {
+        ++i;
+    }
+    MMEVENT* j = anyEarlier ? open.end - 1 : first;
+    while (j != first && j->time >= pivot) {
+        --j;
+    }
+    std::swap(*first, *j);
+    return {{first, j, range.earliest, pivot}, {i, range.end, pivot, range.latest}};
 }
 
-} // namespace
-
-void sortEvents(MMEVENT* events, std::int32_t count) noexcept {
+void EventSorter::sort() noexcept {
     Range pending[kMaxPending];
     int pendingCount = 0;
-    pending[pendingCount++] = {0, count - 1};
+    pending[pendingCount++] = {m_begin, m_end, 0, std::numeric_limits<std::uint32_t>::max()};
     while (pendingCount > 0) {
         Range range = pending[--pendingCount];
         while (range.size() > kSelectionSize) {
-            const auto [left, right] = partition(events, range);
+            const auto [left, right] = split(range);
             const bool leftLater = left.size() >= right.size();
-            const Range later = leftLater ? left : right;
-            const Range next = leftLater ? right : left;
+            const Range& later = leftLater ? left : right;
+            const Range& next = leftLater ? right : left;
             if (later.size() >= 2) {
                 pending[pendingCount++] = later;
             }
             range = next;
         }
-        selectionSort(events, range);
+        selectionSort(range);
     }
+}
+
+} // namespace
+
+void sortEvents(MMEVENT* events, std::int32_t count) noexcept {
+    EventSorter(events, events + count).sort();
 }
