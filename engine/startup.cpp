@@ -85,7 +85,10 @@ bool startTimer() noexcept {
         return fail(ENGINE_ERR_TIMER);
     }
     g_timerId = timeSetEvent(period, period, SyncTimer, 0, TIME_PERIODIC | TIME_CALLBACK_FUNCTION);
-    return g_timerId != 0 || fail(ENGINE_ERR_TIMER);
+    if (g_timerId == 0) {
+        return fail(ENGINE_ERR_TIMER);
+    }
+    return true;
 }
 
 void stopTimer() noexcept {
@@ -109,7 +112,10 @@ bool obtainLongStorage(MIDIOUT& player, OwnedBlocks& owned) noexcept {
     player.longHeaderMem = header.mem;
     player.longHeader = static_cast<MIDIHDR*>(header.address);
     owned.header = static_cast<bool>(header);
-    return header || fail(header.error);
+    if (!header) {
+        return fail(header.error);
+    }
+    return true;
 }
 
 void freeLongStorage(const MIDIOUT& player, OwnedBlocks& owned) noexcept {

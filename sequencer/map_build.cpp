@@ -88,10 +88,11 @@ public:
         std::memset(&m_map, kNone, sizeof m_map);
     }
 
+    /// Takes a tempo or time signature, the only records that are no messages.
     void takeTiming(const MMEVENT& event) noexcept {
         if (event.kind == midi::kTempo) {
             m_map.tempo = tempoOf(event);
-        } else if (event.kind == midi::kTimeSignature) {
+        } else {
             m_map.beatsPerBar = event.byte1;
             m_map.beatUnit = event.byte2;
             m_map.timeSigTick = event.time;

@@ -16,7 +16,8 @@ void seekEvents(MIDIOUT& player, std::uint32_t tick) noexcept {
     if (tick < player.eventPlay->time) {
         rewindCursors(player);
     }
-    while (player.eventIndex < player.eventCount && player.eventPlay->time < tick) {
+    // The last event stands at the tick or after it.
+    while (player.eventPlay->time < tick) {
         ++player.eventPlay;
         ++player.eventIndex;
     }

@@ -154,7 +154,10 @@ bool FileCopy::read(const char* fileName) noexcept {
     }
     DWORD bytesRead = 0;
     ReadFile(file.handle(), m_player.fileData, m_player.fileSize, &bytesRead, nullptr);
-    return bytesRead != 0 || fail(ENGINE_ERR_READ);
+    if (bytesRead == 0) {
+        return fail(ENGINE_ERR_READ);
+    }
+    return true;
 }
 
 /// Obtains a zero-filled table of a song; `store` takes its handle and its address, both null when it
@@ -163,7 +166,10 @@ template <typename Record, typename Store>
 bool obtainTable(std::size_t records, Store store) noexcept {
     const GlobalBlock block = obtainBlock(GMEM_FIXED | GMEM_ZEROINIT, records * sizeof(Record));
     store(block.mem, static_cast<Record*>(block.address));
-    return block || fail(ENGINE_ERR_ALLOC);
+    if (!block) {
+        return fail(ENGINE_ERR_ALLOC);
+    }
+    return true;
 }
 
 bool obtainEventBuffer(MIDIOUT& player) noexcept {
@@ -173,7 +179,10 @@ bool obtainEventBuffer(MIDIOUT& player) noexcept {
     player.eventMem = block.mem;
     storeShared(&player.events, static_cast<MMEVENT*>(block.address));
     player.eventEnd = player.events;
-    return block || fail(ENGINE_ERR_LOCK);
+    if (!block) {
+        return fail(ENGINE_ERR_LOCK);
+    }
+    return true;
 }
 
 bool obtainTextTables(MIDIOUT& player) noexcept {

@@ -13,6 +13,16 @@ constexpr MMPATCH kPatch{};
 constexpr MMNOTEPAIR kPairs[10] = {};
 constexpr MMFADE kFade{};
 
+/// Lets another thread run on until it finishes or waits.
+void giveWay(const std::atomic<bool>& entered) {
+    while (!entered) {
+        std::this_thread::yield();
+    }
+    for (int i = 0; i < 2000; ++i) {
+        std::this_thread::yield();
+    }
+}
+
 /// A call that wrongly does not wait has every chance to finish; one that waits never does.
 void expectToWait(const Call& call, std::size_t number, const Call& letGo) {
     std::atomic<bool> entered{false};
@@ -22,9 +32,7 @@ void expectToWait(const Call& call, std::size_t number, const Call& letGo) {
         call();
         finished = true;
     });
-    for (int i = 0; i < 2000 || !entered; ++i) {
-        std::this_thread::yield();
-    }
+    giveWay(entered);
     EXPECT_FALSE(finished) << "call " << number;
     letGo();
     caller.join();
@@ -103,5 +111,28 @@ TEST_F(Guards, Only_transport_calls_wait_for_the_hosts_lock) {
     for (std::size_t i = 0; i < transport.size(); ++i) {
         EnterCriticalSection(&lock);
         expectToWait(transport[i], i, [this] { LeaveCriticalSection(&lock); });
+    }
+}
+
+TEST_F(Guards, Calls_that_wait_while_the_engine_is_shut_down_do_nothing) {
+    const Call tick = [] { machine::passPeriods(1, 10); };
+    std::vector<Call> calls = transport;
+    calls.push_back([this] { mm_SendMap(mm1, 0); });
+    calls.push_back(tick); // shut-down waits for it, and then gives it up
+    for (const Call& call : calls) {
+        openSong();
+        EnterCriticalSection(&lock);
+        std::atomic<bool> entered{false};
+        std::thread caller([&] {
+            entered = true;
+            call();
+        });
+        giveWay(entered);
+        mm_EndEngine();
+        sent();
+        LeaveCriticalSection(&lock);
+        caller.join();
+        EXPECT_THAT(sent(), ::testing::IsEmpty());
+        EXPECT_EQ(g_busy, 1u);
     }
 }

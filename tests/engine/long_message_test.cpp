@@ -54,6 +54,18 @@ TEST_F(LongMessage, Waits_until_the_output_has_taken_it_and_gives_up_when_it_can
     EXPECT_EQ(sendThrough(mm1, {0xF0, 3, 0xF7}).size(), 1u) << "the header is free again";
 }
 
+TEST_F(LongMessage, Without_a_buffer_or_header_is_not_sent) {
+    start();
+    const auto expectNothingSent = [this](auto& field) {
+        const auto before = field;
+        field = nullptr;
+        EXPECT_THAT(sendThrough(mm1, {0xF0, 1, 0xF7}), IsEmpty());
+        field = before;
+    };
+    expectNothingSent(MM1.longBuffer);
+    expectNothingSent(MM1.longHeader);
+}
+
 TEST_F(LongMessage, Of_an_unknown_handle_goes_to_player_2s_output_and_not_to_the_handle) {
     outputs = 3;
     start();

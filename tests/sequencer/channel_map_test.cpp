@@ -298,4 +298,9 @@ TEST_F(ChannelMap, Of_a_player_without_a_song_is_empty_and_harmless) {
     EXPECT_THAT(recorded(MM2.map.channel[0]), IsEmpty());
     EXPECT_EQ(+MM2.ticks, 0U);
     EXPECT_THAT(mm_GetMap(mm2), &MM2.map);
+    SongBuilder silent;
+    silent.track();
+    ASSERT_EQ(open(silent), 1);
+    mm_SendMap(mm1, 100);
+    EXPECT_EQ(+MM1.ticks, 0U) << "a song without events has one position";
 }

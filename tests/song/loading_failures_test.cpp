@@ -1,5 +1,6 @@
 // Files and machines that cannot give a song: every cause has its code, or leaves the last one.
 #include "tests/song/song_test.h"
+#include "tests/support/ordinary_heap.h"
 
 using ::testing::ElementsAre;
 
@@ -116,6 +117,17 @@ TEST_F(LoadingFailures, Each_block_that_cannot_be_had_has_its_code_and_nothing_i
             EXPECT_EQ(machine::callCount("GlobalFree"),
                       machine::callCount("GlobalAlloc") - (allocating ? 1 : 0));
         }
+    }
+    EXPECT_EQ(open(smallSong()), 1);
+}
+
+TEST_F(LoadingFailures, Text_lines_that_cannot_be_had_fail_the_opening_and_are_given_back) {
+    for (int line = 1; line <= 4; ++line) {
+        const std::string file = smallSong().write();
+        mm_Close(mm1);
+        failOrdinaryHeap(line);
+        EXPECT_EQ(mm_Open(mm1, file.c_str(), 0, 0, 0, nullptr), 0);
+        EXPECT_EQ(mm_GetLastError(), ENGINE_ERR_ALLOC);
     }
     EXPECT_EQ(open(smallSong()), 1);
 }

@@ -129,3 +129,21 @@ TEST_F(TextTables, Full_tables_drop_what_comes_after) {
     EXPECT_STREQ(mm_GetPointerLyrics(mm1, MM_MAX_LYRICS - 1)->text, "ab")
         << "merging needs no room";
 }
+
+TEST_F(TextTables, A_new_line_without_room_is_dropped_with_its_words) {
+    SongBuilder song;
+    TrackBuilder& track = song.track().text("@K");
+    for (std::uint32_t i = 1; i <= 1535; ++i) {
+        track.at(i).text("a");
+    }
+    track.text("\\gone");
+    ASSERT_EQ(open(song), 1);
+    EXPECT_STREQ(mm_GetPointerLyrics(mm1, MM_MAX_LYRICS - 1)->text, "a");
+    SongBuilder karaoke;
+    TrackBuilder& lines = karaoke.track().karaoke(4, "a").karaoke(5, "b");
+    for (std::uint32_t i = 1; i <= 1000; ++i) {
+        lines.at(i).karaoke(7, "x").karaoke(8);
+    }
+    ASSERT_EQ(open(karaoke), 1);
+    EXPECT_EQ(mm_GetNumLyrics(mm1), MM_MAX_LYRICS);
+}
