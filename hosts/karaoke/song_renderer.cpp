@@ -1,6 +1,8 @@
 // Turns a song into sound.
 #include "karaoke/song_renderer.h"
 
+#include <signal.h>
+
 #include <algorithm>
 #include <cmath>
 
@@ -79,6 +81,9 @@ void SongRenderer::render(const host::SongFile& file, const host::Song& song, So
     writeUpTo(m_start, sound);
     m_controls.play();
     while (!m_controls.ended() && !signals.stopping()) {
+        if (signals.takeSuspend()) {
+            ::raise(SIGSTOP);
+        }
         passTime(sound);
         progress.show(seconds() / length);
     }

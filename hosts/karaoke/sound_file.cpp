@@ -3,6 +3,9 @@
 
 #include <sndfile.h>
 
+#include <cerrno>
+#include <cstring>
+
 #include "karaoke/ogg_serial.h"
 #include "shared/error_texts.h"
 
@@ -25,8 +28,10 @@ int libraryFormat(SoundFormat format) {
     return SF_FORMAT_WAV | SF_FORMAT_PCM_16;
 }
 
-[[noreturn]] void fail(SNDFILE* file) {
-    throw host::HostError(std::string("the sound file cannot be written: ") + sf_strerror(file));
+/// The system tells more than the library, if it is what failed.
+[[noreturn]] void fail(const char* libraryError) {
+    const char* const reason = errno != 0 ? std::strerror(errno) : libraryError;
+    throw host::HostError(std::string("the sound file cannot be written: ") + reason);
 }
 
 } // namespace
@@ -37,9 +42,10 @@ SoundFile::SoundFile(int descriptor, SoundFormat format, int rate, const std::st
     info.samplerate = rate;
     info.channels = kChannels;
     info.format = libraryFormat(format);
+    errno = 0;
     m_file = sf_open_fd(descriptor, SFM_WRITE, &info, SF_FALSE);
     if (m_file == nullptr) {
-        fail(nullptr);
+        fail(sf_strerror(nullptr));
     }
     sf_command(m_file, SFC_SET_CLIPPING, nullptr, SF_TRUE);
     double quality = kVorbisQuality;
@@ -57,17 +63,18 @@ SoundFile::~SoundFile() {
 
 void SoundFile::write(const float* stereo, std::size_t frames) {
     const auto count = static_cast<sf_count_t>(frames);
+    errno = 0;
     if (sf_writef_float(m_file, stereo, count) != count) {
-        fail(m_file);
+        fail(sf_strerror(m_file));
     }
 }
 
 void SoundFile::close() {
     SNDFILE* const file = m_file;
     m_file = nullptr;
+    errno = 0;
     if (const int error = sf_close(file); error != 0) {
-        throw host::HostError(std::string("the sound file cannot be written: ") +
-                              sf_error_number(error));
+        fail(sf_error_number(error));
     }
     if (m_format == SoundFormat::Ogg) {
         setOggSerial(m_descriptor);
