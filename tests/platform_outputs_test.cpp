@@ -26,6 +26,7 @@ struct Device {
     std::vector<std::uint32_t> shortMessages;
     std::vector<Bytes> longMessages;
     MMRESULT openResult = MMSYSERR_NOERROR;
+    MMRESULT sendResult = MMSYSERR_NOERROR;
     MMRESULT prepareResult = MMSYSERR_NOERROR;
     int stillPlaying = 0;
 
@@ -45,7 +46,7 @@ struct Device {
         functions.reset = [](void* user) { of(user).calls.emplace_back("reset"); };
         functions.short_message = [](void* user, std::uint32_t message) -> MMRESULT {
             of(user).shortMessages.push_back(message);
-            return MMSYSERR_NOERROR;
+            return of(user).sendResult;
         };
         functions.long_message = [](void* user, const std::uint8_t* data,
                                     std::uint32_t length) -> MMRESULT {
@@ -182,6 +183,24 @@ TEST_F(Outputs, Are_not_open_when_the_device_refuses) {
     EXPECT_EQ(handle, nullptr);
     first.openResult = MMSYSERR_NOERROR;
     EXPECT_EQ(midiOutClose(openOutput(0)), MMSYSERR_NOERROR);
+}
+
+TEST_F(Outputs, Count_what_they_refuse_until_they_take_a_message_again) {
+    HMIDIOUT handle = openOutput(0);
+    first.sendResult = MIDIERR_NOTREADY;
+    EXPECT_EQ(midiOutShortMsg(handle, 0x90), MIDIERR_NOTREADY);
+    EXPECT_EQ(midiOutShortMsg(handle, 0x90), MIDIERR_NOTREADY);
+    EXPECT_EQ(corvmo_GetRefusals(0), 2u);
+    EXPECT_EQ(corvmo_GetRefusals(1), 0u);
+    EXPECT_EQ(corvmo_GetRefusals(2), 0u);
+    first.sendResult = MMSYSERR_NOERROR;
+    EXPECT_EQ(midiOutShortMsg(handle, 0x90), MMSYSERR_NOERROR);
+    EXPECT_EQ(corvmo_GetRefusals(0), 0u);
+    first.sendResult = MIDIERR_NOTREADY;
+    midiOutShortMsg(handle, 0x90);
+    EXPECT_EQ(midiOutClose(handle), MMSYSERR_NOERROR);
+    openOutput(0);
+    EXPECT_EQ(corvmo_GetRefusals(0), 0u) << "opened anew";
 }
 
 TEST_F(Outputs, Record_every_message_with_its_length_and_time) {

@@ -662,11 +662,16 @@ _LINUX_FUNCTIONS = {
     "corvmo_GetOutputCount": (c_uint, []),
     # Writes an output's name into a buffer of that size. 1 = written.
     "corvmo_GetOutputName": (c_int, [c_uint, c_char_p, c_size_t]),
+    # Messages in a row that an output has refused.
+    "corvmo_GetRefusals": (c_uint32, [c_uint]),
     # Reports what every output receives, on the sending thread.
     "corvmo_RecordOutputs": (None, [SENT_FUNCTION, c_void_p]),
     # Sound font and audio driver of the software synthesizer; None = the defaults.
     "corvmo_SetSoundFont": (None, [c_char_p]),
     "corvmo_SetAudioDriver": (None, [c_char_p]),
+    # The synthesizer's sound into memory: frames a second; interleaved stereo samples and their frames.
+    "corvmo_UseRenderedOutput": (None, [c_uint]),
+    "corvmo_RenderAudio": (c_int, [POINTER(c_float), c_size_t]),
     # The machine's clock, or one that stands until corvmo_AdvanceClock lets time pass.
     "corvmo_UseRealClock": (None, []),
     "corvmo_UseManualClock": (None, [c_uint32]),

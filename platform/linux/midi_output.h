@@ -1,6 +1,7 @@
 // One MIDI output, whatever is behind it, and the kinds of outputs that there are.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -39,8 +40,26 @@ public:
         return false;
     }
 
+    /// Notes what became of a message.
+    MMRESULT counted(MMRESULT result) {
+        if (result == MMSYSERR_NOERROR) {
+            m_refusals.store(0, std::memory_order_relaxed);
+        } else {
+            m_refusals.fetch_add(1, std::memory_order_relaxed);
+        }
+        return result;
+    }
+    /// Messages refused in a row.
+    std::uint32_t refusals() const {
+        return m_refusals.load(std::memory_order_relaxed);
+    }
+    void forgetRefusals() {
+        m_refusals.store(0, std::memory_order_relaxed);
+    }
+
 private:
     std::string m_name;
+    std::atomic<std::uint32_t> m_refusals = 0;
 };
 
 using MidiOutputs = std::vector<std::unique_ptr<MidiOutput>>;

@@ -111,7 +111,7 @@ MMRESULT midiOutShortMsg(HMIDIOUT device, DWORD message) {
     if (length == 0) {
         return MMSYSERR_INVALPARAM;
     }
-    return output->sendShort(message);
+    return output->counted(output->sendShort(message));
 }
 
 MMRESULT midiOutPrepareHeader(HMIDIOUT device, MIDIHDR* header, UINT size) {
@@ -151,7 +151,7 @@ MMRESULT midiOutLongMsg(HMIDIOUT device, MIDIHDR* header, UINT size) {
     }
     const auto* data = reinterpret_cast<const std::uint8_t*>(header->lpData);
     recorder().record(output.index(), data, header->dwBufferLength);
-    const MMRESULT result = output->sendLong({data, header->dwBufferLength});
+    const MMRESULT result = output->counted(output->sendLong({data, header->dwBufferLength}));
     header->dwFlags &= ~MHDR_DONE;
     header->dwFlags |= result == MMSYSERR_NOERROR ? MHDR_INQUEUE : 0;
     return result;
@@ -211,6 +211,10 @@ int corvmo_GetOutputName(UINT index, char* name, size_t size) {
         name[length] = '\0';
     }
     return 1;
+}
+
+uint32_t corvmo_GetRefusals(UINT index) {
+    return registry().refusals(index);
 }
 
 void corvmo_RecordOutputs(void (*sent)(void* user, const corvmo_sent* message), void* user) {

@@ -71,6 +71,11 @@ bool OutputRegistry::name(UINT index, std::string& name) {
     return true;
 }
 
+std::uint32_t OutputRegistry::refusals(UINT index) {
+    const std::shared_lock guard(m_handles);
+    return index < m_entries.size() ? m_entries[index].output->refusals() : 0;
+}
+
 MMRESULT OutputRegistry::open(UINT index, HMIDIOUT& handle) {
     const std::lock_guard guard(m_changes);
     listIfNeeded();
@@ -85,6 +90,7 @@ MMRESULT OutputRegistry::open(UINT index, HMIDIOUT& handle) {
     if (result != MMSYSERR_NOERROR) {
         return result;
     }
+    entry.output->forgetRefusals();
     ++m_generation;
     ++m_openCount;
     const std::lock_guard handles(m_handles);

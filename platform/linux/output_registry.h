@@ -38,6 +38,8 @@ public:
     UINT count();
     /// False when there is no such output.
     bool name(UINT index, std::string& name);
+    /// Messages that the output has refused in a row; 0 when there is no such output.
+    std::uint32_t refusals(UINT index);
     MMRESULT open(UINT index, HMIDIOUT& handle);
     MMRESULT close(HMIDIOUT handle);
     Use use(HMIDIOUT handle);

@@ -84,6 +84,10 @@ UINT corvmo_GetOutputCount(void);
  *  @return 1 = written; 0 = there is no such output */
 int corvmo_GetOutputName(UINT index, char* name, size_t size);
 
+/** @return how many messages in a row an output has refused since it was opened or last took one; 0
+ *  also for an output that does not exist. An ALSA port that has gone away refuses everything. */
+uint32_t corvmo_GetRefusals(UINT index);
+
 /** One message that was handed to an output. */
 typedef struct corvmo_sent {
     UINT output;         /**< index of the output */
