@@ -11,7 +11,7 @@ namespace karaoke {
 
 namespace {
 
-constexpr std::uint64_t kMicrosecondsPerSecond = 1000000;
+constexpr std::uint64_t kMicrosecondsPerMillisecond = 1000;
 
 std::string hexByte(std::uint8_t byte) {
     constexpr char kDigits[] = "0123456789ABCDEF";
@@ -22,9 +22,9 @@ std::string hexByte(std::uint8_t byte) {
 
 std::string logLine(std::uint64_t microseconds, const corvmo_sent& message) {
     char head[64];
-    std::snprintf(head, sizeof head, "%" PRIu64 ".%06" PRIu64 " %u",
-                  microseconds / kMicrosecondsPerSecond, microseconds % kMicrosecondsPerSecond,
-                  message.output);
+    std::snprintf(head, sizeof head, "%" PRIu64 ".%03" PRIu64,
+                  microseconds / kMicrosecondsPerMillisecond,
+                  microseconds % kMicrosecondsPerMillisecond);
     std::string line = head;
     for (std::uint32_t i = 0; i < message.length; ++i) {
         line += ' ' + hexByte(message.data[i]);
@@ -32,10 +32,12 @@ std::string logLine(std::uint64_t microseconds, const corvmo_sent& message) {
     return line;
 }
 
-MidiLog::MidiLog(const std::string& path)
-    : m_path(path), m_file(std::fopen(path.c_str(), "we")), m_start(corvmo_GetClock()) {
+MidiLog::MidiLog(const std::string& path, bool withOutputs)
+    : m_path(path), m_withOutputs(withOutputs), m_file(std::fopen(path.c_str(), "we")),
+      m_start(corvmo_GetClock()) {
     if (m_file == nullptr) {
-        throw host::HostError("--log: '" + path + "' cannot be written: " + std::strerror(errno));
+        throw host::HostError("--midi-log: '" + path +
+                              "' cannot be written: " + std::strerror(errno));
     }
     corvmo_RecordOutputs(&MidiLog::take, this);
 }
@@ -51,7 +53,10 @@ void MidiLog::take(void* user, const corvmo_sent* message) {
 }
 
 void MidiLog::append(const corvmo_sent& message) {
-    const std::string line = logLine(message.time - m_start, message);
+    std::string line = logLine(message.time - m_start, message);
+    if (m_withOutputs) {
+        line += " ; " + std::to_string(message.output);
+    }
     const std::lock_guard guard(m_textMutex);
     m_text += line;
     m_text += '\n';
@@ -66,7 +71,8 @@ void MidiLog::write() {
     }
     const bool whole = std::fwrite(text.data(), 1, text.size(), m_file) == text.size();
     if (!whole || std::fflush(m_file) != 0) {
-        throw host::HostError("--log: '" + m_path + "' cannot be written: " + std::strerror(errno));
+        throw host::HostError("--midi-log: '" + m_path +
+                              "' cannot be written: " + std::strerror(errno));
     }
 }
 

@@ -14,8 +14,9 @@ namespace karaoke {
 class MidiLog {
 public:
     /// Times count from this moment of the engine's clock, which must have been chosen before.
+    /// @param withOutputs  the number of the output stands at the end of each line, as " ; 1"
     /// @throws host::HostError  when the file cannot be made
-    explicit MidiLog(const std::string& path);
+    MidiLog(const std::string& path, bool withOutputs);
     ~MidiLog();
     MidiLog(const MidiLog&) = delete;
     MidiLog& operator=(const MidiLog&) = delete;
@@ -31,6 +32,7 @@ private:
     void append(const corvmo_sent& message);
 
     std::string m_path;
+    bool m_withOutputs;
     std::FILE* m_file;
     std::uint64_t m_start;
     std::mutex m_textMutex;
@@ -38,7 +40,7 @@ private:
     std::string m_text;
 };
 
-/// One line of the log, without its end: "SECONDS.MICROS OUTPUT HEX HEX ..."
+/// One line of the log, without its end: "12.000 90 3C 64": milliseconds, and the bytes in hexadecimal
 std::string logLine(std::uint64_t microseconds, const corvmo_sent& message);
 
 } // namespace karaoke

@@ -5,6 +5,7 @@
 
 #include "karaoke/line_text.h"
 #include "karaoke/output_error.h"
+#include "karaoke/song_status.h"
 #include "shared/time_text.h"
 
 namespace karaoke {
@@ -21,49 +22,51 @@ void print(const std::string& line) {
 
 } // namespace
 
-void PipeView::begin(const host::Song& song) {
-    m_song = &song;
-    m_follower.emplace(song.lines, song.timeline);
+void PipeView::begin(const Desk& desk) {
+    m_controls = &desk.controls;
+    m_follower.emplace(song().lines, song().timeline);
     m_next = 0;
     m_bar = 0;
-    const std::string separator = song.subtitle.empty() ? "" : " - ";
-    print(song.title + separator + song.subtitle);
+    print(titleText(desk));
 }
 
-void PipeView::lyric(int index) {
-    m_follower->lyric(index);
-    printCompleteLines();
+const host::Song& PipeView::song() const {
+    return m_controls->song();
 }
 
-void PipeView::chord(int index) {
-    m_follower->chord(index);
-    printCompleteLines();
+void PipeView::update() {
+    const int lyric = m_controls->shownLyric();
+    const int chord = m_controls->shownChord();
+    const bool back = lyric < m_follower->lastLyric() || chord < m_follower->lastChord();
+    m_follower->jumpTo(lyric, chord);
+    if (back) {
+        m_next = song().lines.empty() ? 0 : m_follower->lineAt(m_controls->shownPosition());
+    }
+    while (m_next < song().lines.size() && m_follower->complete(m_next)) {
+        printLine(m_next++);
+    }
+    if (song().lines.empty()) {
+        printBar();
+    }
 }
 
 void PipeView::printLine(std::size_t line) {
-    print(lineText(m_song->lines[line], m_song->timeline));
+    print(lineText(song().lines[line], song().timeline));
 }
 
-void PipeView::printCompleteLines() {
-    while (m_next < m_song->lines.size() && m_follower->complete(m_next)) {
-        printLine(m_next++);
+void PipeView::printBar() {
+    const std::uint32_t tick = m_controls->position();
+    const std::uint32_t bar = song().bars.at(tick).bar;
+    if (m_bar == 0 || bar >= m_bar + kBarsApart || bar < m_bar) {
+        m_bar = bar;
+        print("[" + host::timeWithTenths(song().timeline.secondsAt(tick)) + "] bar " +
+              std::to_string(bar));
     }
-}
-
-void PipeView::position(std::uint32_t tick) {
-    const std::uint32_t bar = m_song->bars.at(tick).bar;
-    const bool due = m_bar == 0 || bar >= m_bar + kBarsApart;
-    if (!m_song->lines.empty() || !due) {
-        return;
-    }
-    m_bar = bar;
-    print("[" + host::timeWithTenths(m_song->timeline.secondsAt(tick)) + "] bar " +
-          std::to_string(bar));
 }
 
 void PipeView::finish(bool toItsEnd) {
     // Words after the last note are never announced.
-    while (toItsEnd && m_next < m_song->lines.size()) {
+    while (toItsEnd && m_next < song().lines.size()) {
         printLine(m_next++);
     }
 }

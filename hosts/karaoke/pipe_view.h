@@ -12,17 +12,16 @@ namespace karaoke {
 /// without words or chords every fourth bar.
 class PipeView final : public SongView {
 public:
-    void begin(const host::Song& song) override;
-    void lyric(int index) override;
-    void chord(int index) override;
-    void position(std::uint32_t tick) override;
+    void begin(const Desk& desk) override;
+    void update() override;
     void finish(bool toItsEnd) override;
 
 private:
     void printLine(std::size_t line);
-    void printCompleteLines();
+    void printBar();
+    const host::Song& song() const;
 
-    const host::Song* m_song = nullptr;
+    const host::SongControls* m_controls = nullptr;
     std::optional<host::LineFollower> m_follower;
     std::size_t m_next = 0;  ///< first line that was not printed
     std::uint32_t m_bar = 0; ///< last bar that was printed

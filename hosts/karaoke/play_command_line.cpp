@@ -3,6 +3,7 @@
 
 #include "karaoke/declared_options.h"
 #include "karaoke/option_values.h"
+#include "karaoke/player_options.h"
 #include "karaoke/setting_options.h"
 
 namespace karaoke {
@@ -16,9 +17,9 @@ constexpr int kLongestGap = 1000;
 constexpr std::size_t kMostDrums = 10;
 
 void addOutputOptions(CLI::App& play, PlayOptions& options) {
-    addValue(play, "device", "N|NAME",
-             "MIDI output, by number or part of its name; 0 is the software synthesizer",
-             [&](const std::string& text) { options.device = text; });
+    addRepeatable(play, "device", "N|NAME",
+                  "MIDI output, by number or part of its name; 0 is the software synthesizer",
+                  [&](const std::string& text) { options.devices.push_back(text); });
     CLI::Option* const audio = addValue(
         play, "audio", "DRIVER",
         "Audio output of the software synthesizer: alsa, jack, none, oss, pipewire, portaudio, "
@@ -27,7 +28,7 @@ void addOutputOptions(CLI::App& play, PlayOptions& options) {
     play.add_flag_callback(
             "--silent", [&] { options.audioDriver = "none"; }, "Without sound: --audio none")
         ->excludes(audio);
-    addValue(play, "log", "FILE", "Write every message that an output receives to this file",
+    addValue(play, "midi-log", "FILE", "Write every message that an output receives to this file",
              [&](const std::string& text) { options.logFile = text; });
 }
 
@@ -76,8 +77,8 @@ void addSoundOptions(CLI::App& command, PlayOptions& options) {
 void addPlayOptions(CLI::App& play, PlayOptions& options) {
     play.footer("Channels are 1 to 16 and programs 1 to 128, as musicians count them.\n"
                 "Ctrl-C silences the output and ends the program.");
-    play.add_option("FILE", options.files, "Songs (Standard MIDI Files, .mid or .kar)")
-        ->type_name("");
+    play.add_option("FILE", options.files, "Songs (.mid, .kar) and folders of them")->type_name("");
+    addPlayerOptions(play, options);
     addSongSettings(play, options.settings);
     addSoundOptions(play, options);
     addOutputOptions(play, options);

@@ -2,6 +2,7 @@
 #include "karaoke/terminal.h"
 
 #include <sys/ioctl.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -10,6 +11,7 @@
 #include <string_view>
 
 #include "karaoke/output_error.h"
+#include "karaoke/terminal_mode.h"
 
 namespace karaoke {
 
@@ -31,11 +33,6 @@ bool writeAll(std::string_view text) {
         text.remove_prefix(static_cast<std::size_t>(written));
     }
     return true;
-}
-
-/// A program in the background that changes the terminal's settings would be stopped.
-bool inForeground() {
-    return ::isatty(STDIN_FILENO) == 1 && ::tcgetpgrp(STDIN_FILENO) == ::getpgrp();
 }
 
 } // namespace
@@ -62,26 +59,24 @@ void Terminal::take() {
     if (m_taken.exchange(true)) {
         return;
     }
-    stopEcho();
+    guardTerminal(kGiveBack);
+    readKeysAtOnce();
     write(std::string(kTake));
 }
 
-void Terminal::stopEcho() {
-    m_echoStopped = inForeground() && ::tcgetattr(STDIN_FILENO, &m_before) == 0;
-    if (m_echoStopped) {
-        termios quiet = m_before;
-        quiet.c_lflag &= ~static_cast<tcflag_t>(ECHO);
-        ::tcsetattr(STDIN_FILENO, TCSANOW, &quiet);
+/// Signals stay the terminal's affair.
+void Terminal::readKeysAtOnce() {
+    termios settings{};
+    const bool foreground = ::isatty(STDIN_FILENO) == 1 && ::tcgetpgrp(STDIN_FILENO) == ::getpgrp();
+    if (foreground && ::tcgetattr(STDIN_FILENO, &settings) == 0) {
+        settings.c_lflag &= ~static_cast<tcflag_t>(ECHO | ICANON);
+        ::tcsetattr(STDIN_FILENO, TCSANOW, &settings);
     }
 }
 
 void Terminal::giveBack() {
-    if (!m_taken.exchange(false)) {
-        return;
-    }
-    writeAll(kGiveBack);
-    if (m_echoStopped && inForeground()) {
-        ::tcsetattr(STDIN_FILENO, TCSANOW, &m_before);
+    if (m_taken.exchange(false)) {
+        restoreTerminal();
     }
 }
 

@@ -1,8 +1,6 @@
 // The terminal that the program runs in.
 #pragma once
 
-#include <termios.h>
-
 #include <atomic>
 #include <string>
 
@@ -14,7 +12,8 @@ struct TerminalSize {
 };
 
 /// Standard output as a terminal: while it is taken, the cursor is hidden, long lines are cut instead of
-/// wrapped, and typed keys are not echoed.
+/// wrapped, and typed keys are not echoed but
+/// handed over one by one.
 class Terminal {
 public:
     /// Whether standard output is a terminal that understands escape sequences.
@@ -33,11 +32,9 @@ public:
     void write(const std::string& text);
 
 private:
-    void stopEcho();
+    static void readKeysAtOnce();
 
     std::atomic<bool> m_taken = false;
-    bool m_echoStopped = false;
-    termios m_before{};
 };
 
 } // namespace karaoke

@@ -3,10 +3,9 @@
 
 #include <algorithm>
 
+#include "karaoke/song_status.h"
 #include "karaoke/text_width.h"
-#include "karaoke/wrapped_lines.h"
 #include "shared/chord_places.h"
-#include "shared/time_text.h"
 
 namespace karaoke {
 
@@ -26,47 +25,17 @@ std::string styled(const char* style, const std::string& text) {
     return text.empty() ? text : style + text + kPlain;
 }
 
-/// Column of each syllable of a line, and of the line's end.
-std::vector<int> syllableColumns(const host::Line& line) {
-    std::vector<int> columns = {0};
-    for (const host::Syllable& syllable : line.syllables) {
-        columns.push_back(columns.back() + columnsOf(syllable.text));
-    }
-    return columns;
-}
-
 } // namespace
 
-void TerminalView::begin(const host::Song& song) {
-    m_song = &song;
-    m_tick = 0;
+void TerminalView::begin(const Desk& desk) {
+    m_desk = &desk;
     m_drawn.clear();
-    m_follower.reset();
+    m_words.emplace(desk.controls);
     m_terminal.take();
-    fitTo(m_terminal.size());
-    const std::string separator = song.subtitle.empty() ? "" : " - ";
-    const std::string title = fitted(song.title + separator + song.subtitle, m_size.columns - 1);
+    m_size = m_terminal.size();
+    const std::string title = fitted(titleText(desk), m_size.columns - 1);
     m_terminal.write(styled(kBold, title) + "\r\n");
-    position(0);
-}
-
-void TerminalView::fitTo(const TerminalSize& size) {
-    const int lyric = m_follower ? m_follower->lastLyric() : -1;
-    const int chord = m_follower ? m_follower->lastChord() : -1;
-    m_size = size;
-    m_follower.reset();
-    m_lines = wrapLines(m_song->lines, std::max(size.columns - 1, 1));
-    m_follower.emplace(m_lines, m_song->timeline);
-    m_follower->lyric(lyric);
-    m_follower->chord(chord);
-}
-
-void TerminalView::lyric(int index) {
-    m_follower->lyric(index);
-}
-
-void TerminalView::chord(int index) {
-    m_follower->chord(index);
+    update();
 }
 
 TerminalView::Row TerminalView::chordRow(const host::Line& line) const {
@@ -81,7 +50,7 @@ TerminalView::Row TerminalView::chordRow(const host::Line& line) const {
         if (column + length > width) {
             break;
         }
-        const bool now = chord.index == m_follower->lastChord();
+        const bool now = chord.index == m_words->follower().lastChord();
         row.text += std::string(static_cast<std::size_t>(column - row.columns), ' ');
         row.text += styled(now ? kChordNow : kChord, chord.name);
         row.columns = column + length;
@@ -93,7 +62,7 @@ TerminalView::Row TerminalView::wordRow(const host::Line& line) const {
     std::string sung;
     std::string coming;
     for (const host::Syllable& syllable : line.syllables) {
-        (m_follower->sung(syllable) ? sung : coming) += syllable.text;
+        (m_words->follower().sung(syllable) ? sung : coming) += syllable.text;
     }
     const int width = m_size.columns - 1;
     sung = fitted(sung, width);
@@ -112,27 +81,25 @@ TerminalView::Row TerminalView::nextRow(const host::Line& line) const {
     return {styled(kFaint, text), columnsOf(text)};
 }
 
-TerminalView::Row TerminalView::statusRow(std::uint32_t tick) const {
-    const host::BarPosition place = m_song->bars.at(tick);
+TerminalView::Row TerminalView::statusRow() const {
+    const std::string notice = noticeText(*m_desk);
     const std::string text =
-        fitted(host::timeInSeconds(m_song->timeline.secondsAt(tick)) + " / " +
-                   host::timeInSeconds(m_song->seconds()) + "   bar " + std::to_string(place.bar) +
-                   ":" + std::to_string(place.beat),
-               m_size.columns - 1);
+        fitted(notice.empty() ? statusText(*m_desk) : notice, m_size.columns - 1);
     return {styled(kFaint, text), columnsOf(text)};
 }
 
-std::vector<TerminalView::Row> TerminalView::compose(std::uint32_t tick) const {
+std::vector<TerminalView::Row> TerminalView::compose() const {
     std::vector<Row> rows = {Row{}};
-    if (!m_lines.empty()) {
-        const std::size_t current = m_follower->lineAt(tick);
-        if (m_song->chordCount() > 0) {
-            rows.push_back(chordRow(m_lines[current]));
+    const std::vector<host::Line>& lines = m_words->lines();
+    if (!lines.empty()) {
+        const std::size_t current = m_words->current();
+        if (m_desk->controls.song().chordCount() > 0) {
+            rows.push_back(chordRow(lines[current]));
         }
-        rows.push_back(wordRow(m_lines[current]));
-        rows.push_back(current + 1 < m_lines.size() ? nextRow(m_lines[current + 1]) : Row{});
+        rows.push_back(wordRow(lines[current]));
+        rows.push_back(current + 1 < lines.size() ? nextRow(lines[current + 1]) : Row{});
     }
-    rows.push_back(statusRow(tick));
+    rows.push_back(statusRow());
     // A screen with too few rows loses the last ones.
     rows.resize(std::min(rows.size(), static_cast<std::size_t>(std::max(m_size.rows - 1, 1))));
     return rows;
@@ -159,14 +126,12 @@ void TerminalView::draw(const std::vector<Row>& rows) {
     m_drawn = rows;
 }
 
-void TerminalView::position(std::uint32_t tick) {
-    m_tick = tick;
+void TerminalView::update() {
     const TerminalSize size = m_terminal.size();
     const bool resized = size.columns != m_size.columns || size.rows != m_size.rows;
-    if (resized) {
-        fitTo(size);
-    }
-    const std::vector<Row> rows = compose(tick);
+    m_size = size;
+    m_words->update(m_size.columns - 1);
+    const std::vector<Row> rows = compose();
     const bool same =
         std::equal(rows.begin(), rows.end(), m_drawn.begin(), m_drawn.end(),
                    [](const Row& left, const Row& right) { return left.text == right.text; });
@@ -175,8 +140,18 @@ void TerminalView::position(std::uint32_t tick) {
     }
 }
 
-void TerminalView::finish(bool toItsEnd) {
-    static_cast<void>(toItsEnd);
+/// The message takes the rows' place; they are drawn anew beneath it.
+void TerminalView::report(const std::string& message) {
+    if (m_drawn.empty()) {
+        SongView::report(message);
+        return;
+    }
+    m_terminal.write(toFirstRow() + kEraseToScreenEnd);
+    m_drawn.clear();
+    SongView::report(message);
+}
+
+void TerminalView::finish(bool /*toItsEnd*/) {
     m_terminal.write(toFirstRow() + kEraseToScreenEnd);
     m_drawn.clear();
     m_terminal.giveBack();
@@ -190,7 +165,7 @@ void TerminalView::suspend() {
 
 void TerminalView::resume() {
     m_terminal.take();
-    position(m_tick);
+    update();
 }
 
 void TerminalView::abandon() {

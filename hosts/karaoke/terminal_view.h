@@ -1,24 +1,26 @@
 // The view for terminals: chords, the line that is sung, the next line and the position, redrawn in place.
 #pragma once
 
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "karaoke/key_input.h"
+#include "karaoke/shown_words.h"
 #include "karaoke/song_view.h"
 #include "karaoke/terminal.h"
-#include "shared/line_follower.h"
 
 namespace karaoke {
 
 class TerminalView final : public SongView {
 public:
-    void begin(const host::Song& song) override;
-    void lyric(int index) override;
-    void chord(int index) override;
-    void position(std::uint32_t tick) override;
+    void begin(const Desk& desk) override;
+    void update() override;
     void finish(bool toItsEnd) override;
+    Key key() override {
+        return m_keys.next();
+    }
+    void report(const std::string& message) override;
     void suspend() override;
     void resume() override;
     void abandon() override;
@@ -30,22 +32,20 @@ private:
         int columns = 0;
     };
 
-    void fitTo(const TerminalSize& size);
-    std::vector<Row> compose(std::uint32_t tick) const;
+    std::vector<Row> compose() const;
     Row chordRow(const host::Line& line) const;
     Row wordRow(const host::Line& line) const;
     Row nextRow(const host::Line& line) const;
-    Row statusRow(std::uint32_t tick) const;
+    Row statusRow() const;
     void draw(const std::vector<Row>& rows);
     std::string toFirstRow() const;
 
     Terminal m_terminal;
     TerminalSize m_size{0, 0};
-    const host::Song* m_song = nullptr;
-    std::vector<host::Line> m_lines; ///< the song's lines, wrapped to the terminal's width
-    std::optional<host::LineFollower> m_follower;
+    const Desk* m_desk = nullptr;
+    std::optional<ShownWords> m_words;
+    KeyInput m_keys;
     std::vector<Row> m_drawn;
-    std::uint32_t m_tick = 0;
 };
 
 } // namespace karaoke

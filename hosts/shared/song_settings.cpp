@@ -41,6 +41,34 @@ bool SongSettings::silences(int channel) const {
     return own.muted || (anySolo() && !own.solo);
 }
 
+SongSettings withChanges(const SongSettings& settings, const SongSettings& before,
+                         const SongSettings& after) {
+    SongSettings changed = settings;
+    const auto take = [](const auto& from, const auto& to, auto& value) {
+        if (from != to) {
+            value = to;
+        }
+    };
+    take(before.tempoPercent, after.tempoPercent, changed.tempoPercent);
+    take(before.transpose, after.transpose, changed.transpose);
+    take(before.encoding, after.encoding, changed.encoding);
+    take(before.displayOffset, after.displayOffset, changed.displayOffset);
+    for (std::size_t i = 0; i < changed.channels.size(); ++i) {
+        const ChannelSettings& from = before.channels[i];
+        const ChannelSettings& to = after.channels[i];
+        ChannelSettings& channel = changed.channels[i];
+        for (const auto member :
+             {&ChannelSettings::volume, &ChannelSettings::pan, &ChannelSettings::reverb,
+              &ChannelSettings::chorus, &ChannelSettings::program, &ChannelSettings::bankMsb,
+              &ChannelSettings::bankLsb}) {
+            take(from.*member, to.*member, channel.*member);
+        }
+        take(from.muted, to.muted, channel.muted);
+        take(from.solo, to.solo, channel.solo);
+    }
+    return changed;
+}
+
 std::string signedText(int number) {
     return (number > 0 ? "+" : "") + std::to_string(number);
 }

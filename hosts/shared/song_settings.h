@@ -45,6 +45,11 @@ struct SongSettings {
     bool silences(int channel) const;
 };
 
+/// Settings with everything replaced that differs between two others.
+/// @param before, after  what was changed, and into what
+SongSettings withChanges(const SongSettings& settings, const SongSettings& before,
+                         const SongSettings& after);
+
 /// The settings that differ from the song's own, in one line: "tempo +5, key -2, channel 3 muted". Empty when
 /// nothing was set.
 std::string describe(const SongSettings& settings);
