@@ -1,5 +1,6 @@
 // The event list while a song is loaded: appending, growing, and settling the end.
 #include <algorithm>
+#include <cstring>
 
 #include "corvmo32_errors.h"
 #include "engine/globals.h"
@@ -10,7 +11,8 @@
 
 namespace {
 
-constexpr std::int32_t kGrowth = 4096;
+constexpr std::int32_t kGrowth = 4096;      ///< records
+constexpr std::uint32_t kSmallestEvent = 2; ///< bytes in the file: a delta time and one byte more
 
 bool failGrowth() noexcept {
     g_lastError.store(ENGINE_ERR_LOCK);
@@ -31,16 +33,27 @@ void dropEvents(MIDIOUT& player) noexcept {
     setEventCount(player, 0);
 }
 
-bool growEvents(MIDIOUT& player) noexcept {
-    const EngineLock lock;
-    const BusyClaim claim;
-    if (!claim) {
-        return false;
+constexpr std::size_t bytesOf(std::size_t records) noexcept {
+    return records * sizeof(MMEVENT);
+}
+
+/// What the list can come to hold if the rest of the file is nothing but events.
+std::size_t mostRecords(const MIDIOUT& player) noexcept {
+    const std::uint32_t unread = player.fileSize - std::min(player.fileSize, +player.readPos);
+    return static_cast<std::size_t>(player.eventCount) + unread / kSmallestEvent;
+}
+
+/// Has the block behind the buffer hold so many records. It grows beyond them at once, because it may have
+/// to move for it, with all that was read; what is never written costs no memory.
+bool growBlock(MIDIOUT& player, std::size_t capacity) noexcept {
+    if (GlobalSize(player.eventMem) >= bytesOf(capacity)) {
+        return true;
     }
-    const std::int32_t capacity = player.eventCapacity + kGrowth;
-    const HGLOBAL mem =
-        GlobalReAlloc(player.eventMem, static_cast<std::size_t>(capacity) * sizeof(MMEVENT),
-                      GMEM_MOVEABLE | GMEM_ZEROINIT);
+    const std::size_t wanted = std::max(capacity, mostRecords(player));
+    HGLOBAL mem = GlobalReAlloc(player.eventMem, bytesOf(wanted), GMEM_MOVEABLE);
+    if (mem == nullptr && wanted > capacity) {
+        mem = GlobalReAlloc(player.eventMem, bytesOf(capacity), GMEM_MOVEABLE);
+    }
     if (mem == nullptr) {
         return failGrowth();
     }
@@ -52,6 +65,20 @@ bool growEvents(MIDIOUT& player) noexcept {
     }
     // The lock count survives the move; locking anew was for the new address alone.
     GlobalUnlock(mem);
+    return true;
+}
+
+bool growEvents(MIDIOUT& player) noexcept {
+    const EngineLock lock;
+    const BusyClaim claim;
+    if (!claim) {
+        return false;
+    }
+    const std::int32_t capacity = player.eventCapacity + kGrowth;
+    if (!growBlock(player, static_cast<std::size_t>(capacity))) {
+        return false;
+    }
+    std::memset(player.events + player.eventCapacity, 0, bytesOf(kGrowth));
     player.eventEnd = player.events + player.eventCount;
     player.eventCapacity = capacity;
     return true;

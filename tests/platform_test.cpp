@@ -62,6 +62,7 @@ TEST(Memory, A_locked_block_grows_with_its_content_and_zeros_behind_it) {
     bytes = static_cast<unsigned char*>(GlobalLock(block));
     EXPECT_EQ(std::count(bytes, bytes + 16, 0xAA), 16);
     EXPECT_EQ(std::count(bytes + 16, bytes + 100000, 0), 100000 - 16);
+    EXPECT_EQ(GlobalSize(block), 100000U);
 
     EXPECT_EQ(GlobalUnlock(block), 1) << "locked before and after growing";
     EXPECT_EQ(GlobalUnlock(block), 0);
@@ -108,6 +109,7 @@ TEST(Memory, Handles_that_are_none_are_refused) {
     for (HGLOBAL handle : {freed, reinterpret_cast<HGLOBAL>(&own)}) {
         EXPECT_EQ(GlobalLock(handle), nullptr);
         EXPECT_EQ(GlobalUnlock(handle), 0);
+        EXPECT_EQ(GlobalSize(handle), 0U);
         EXPECT_EQ(GlobalReAlloc(handle, 8, GMEM_MOVEABLE), nullptr);
         EXPECT_EQ(GlobalFree(handle), handle);
     }

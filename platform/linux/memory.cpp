@@ -142,6 +142,13 @@ HGLOBAL GlobalReAlloc(HGLOBAL handle, std::size_t bytes, UINT flags) {
     return block->moveable ? handle : renameFixed(all, key, moved);
 }
 
+std::size_t GlobalSize(HGLOBAL handle) {
+    Blocks& all = blocks();
+    const std::lock_guard guard(all.mutex);
+    const Block* block = findBlock(all, handle);
+    return block == nullptr ? 0 : block->bytes;
+}
+
 void* GlobalLock(HGLOBAL handle) {
     if (faults::fails("GlobalLock")) {
         return nullptr;

@@ -30,6 +30,8 @@ HGLOBAL GlobalAlloc(UINT flags, std::size_t bytes);
 /// With GMEM_MOVEABLE a locked block may move; its lock count stays. The old block survives a
 /// failure.
 HGLOBAL GlobalReAlloc(HGLOBAL block, std::size_t bytes, UINT flags);
+/// Bytes of the block, 0 for a handle that is none.
+std::size_t GlobalSize(HGLOBAL block);
 void* GlobalLock(HGLOBAL block);
 BOOL GlobalUnlock(HGLOBAL block);
 /// Null on success, as on Windows.

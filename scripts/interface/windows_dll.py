@@ -10,8 +10,8 @@ OBJDUMP = "i686-w64-mingw32-objdump"
 KNOWN_IMPORTS = {
     "kernel32.dll": """CloseHandle CreateFileA DeleteCriticalSection EnterCriticalSection FreeLibrary
         GetFileSize GetLastError GetModuleHandleA GetProcAddress GlobalAlloc GlobalFree GlobalLock
-        GlobalReAlloc GlobalUnlock InitializeCriticalSection LeaveCriticalSection LoadLibraryA ReadFile
-        Sleep TlsGetValue VirtualProtect VirtualQuery""",
+        GlobalReAlloc GlobalSize GlobalUnlock InitializeCriticalSection LeaveCriticalSection LoadLibraryA
+        ReadFile Sleep TlsGetValue VirtualProtect VirtualQuery""",
     "msvcrt.dll": """_amsg_exit _controlfp _initterm _iob _lock _unlock abort calloc free fwrite memchr
         memcpy memset realloc strlen strncmp strtol vfprintf""",
     "user32.dll": "PostMessageA",

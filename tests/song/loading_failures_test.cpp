@@ -168,3 +168,17 @@ TEST_F(LoadingFailures, An_event_list_that_cannot_grow_fails_the_opening_whateve
         mm_Close(mm1);
     }
 }
+
+TEST_F(LoadingFailures, A_list_that_cannot_grow_far_at_once_grows_by_what_it_needs) {
+    SongBuilder song;
+    TrackBuilder& track = song.track();
+    for (int i = 0; i < 3 * kFirstCapacity; ++i) {
+        track.noteOn(0, i % 128);
+    }
+    machine::failCall("GlobalReAlloc", 1);
+    EXPECT_EQ(open(song), 1);
+    EXPECT_EQ(mm_GetNumEvents(mm1), 3 * kFirstCapacity);
+    EXPECT_EQ(+MM1.eventCapacity, 3 * kFirstCapacity);
+    EXPECT_EQ(machine::callCount("GlobalReAlloc"), 3) << "refused, by one step, and for the rest";
+    EXPECT_EQ(eventLines(MM1).back(), "0 90 7F 64 00");
+}
