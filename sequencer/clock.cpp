@@ -1,4 +1,6 @@
 // The song clock: integer arithmetic with an exact remainder.
+#include <algorithm>
+
 #include "engine/globals.h"
 #include "engine/players.h"
 #include "engine/shared_field.h"
@@ -26,7 +28,9 @@ void setPosition(MIDIOUT& player, std::uint32_t ticks) noexcept {
 
 void advanceClock(MIDIOUT& player) noexcept {
     const std::uint64_t total = clockStep(player) + player.tickRemainder;
-    setPosition(player, player.ticks + static_cast<std::uint32_t>(total / player.tempo));
+    // A position that wrapped would never reach the end of its range.
+    const std::uint64_t position = player.ticks + total / player.tempo;
+    setPosition(player, static_cast<std::uint32_t>(std::min<std::uint64_t>(position, UINT32_MAX)));
     player.tickRemainder = static_cast<std::uint32_t>(total % player.tempo);
 }
 

@@ -116,7 +116,7 @@ class RealTime : public EngineTest {
 protected:
     RealTime() {
         realTime = true;
-        settings.timerPeriod = 2;
+        settings.timerPeriod = 1;
     }
 
     /// Waits until a player's song has ended.
