@@ -20,9 +20,9 @@ constexpr int kUsualVolume = 100;
 constexpr double kFaintest = 0.04; ///< below it a level shows nothing
 
 /// Short names of the instruments' families.
-constexpr std::array kFamilies = {"Piano", "Bells", "Organ", "Guitar", "Bass", "Strings",
+constexpr std::array kFamilies = {"Piano", "Bells", "Organ", "Guitar", "Bass", "String",
                                   "Choir", "Brass", "Reed",  "Flute",  "Lead", "Pad",
-                                  "Synth", "World", "Perc.", "Sounds"};
+                                  "Synth", "World", "Perc.", "Sound"};
 
 class ChannelsPanel {
 public:
@@ -66,7 +66,7 @@ private:
             m_canvas.put(row, left + kNumberWidth, "·", Style::Dim);
             return;
         }
-        const int meter = std::clamp(m_width / 4, 3, 8);
+        const int meter = std::clamp(m_width / 5, 2, 8);
         const int name = m_width - kNumberWidth - meter - 1;
         m_canvas.putFitted(row, left + kNumberWidth, instrument(channel, name), name, style);
         drawLevel(row, left + m_width - meter, meter, channel);

@@ -28,12 +28,14 @@ private:
     CLI::App* m_info;
     CLI::App* m_events;
     CLI::App* m_devices;
+    CLI::App* m_checkLog;
     bool m_listDevices = false;
     PlayOptions m_playOptions;
     RenderOptions m_renderOptions;
     LyricsOptions m_lyricsOptions;
     InfoOptions m_infoOptions;
     ReadOptions m_eventsOptions;
+    CheckLogCommand m_checkLogCommand;
 };
 
 CommandLine::CommandLine()
@@ -42,11 +44,13 @@ CommandLine::CommandLine()
       m_lyrics(m_app.add_subcommand("lyrics", "Print a song's words and chords with their times")),
       m_info(m_app.add_subcommand("info", "Print facts about a song")),
       m_events(m_app.add_subcommand("events", "Print everything that a song does, in time order")),
-      m_devices(m_app.add_subcommand("devices", "List the MIDI outputs")) {
+      m_devices(m_app.add_subcommand("devices", "List the MIDI outputs")),
+      m_checkLog(m_app.add_subcommand("check-log", "Look for stuck notes in a MIDI log")) {
     m_app.set_version_flag("--version", std::string("karaoke ") + KARAOKE_VERSION,
                            "Print the version and exit");
     m_app.require_subcommand(0, 1);
-    for (CLI::App* app : {&m_app, m_play, m_render, m_lyrics, m_info, m_events, m_devices}) {
+    for (CLI::App* app :
+         {&m_app, m_play, m_render, m_lyrics, m_info, m_events, m_devices, m_checkLog}) {
         app->get_formatter()->column_width(kHelpColumn);
     }
     m_app.add_flag("--list-devices", m_listDevices, "List the MIDI outputs and exit");
@@ -59,6 +63,9 @@ CommandLine::CommandLine()
     addReader(*m_info, m_infoOptions.song);
     m_info->add_flag("--json", m_infoOptions.json, "Print them as JSON, for other programs");
     addReader(*m_events, m_eventsOptions);
+    m_checkLog->add_option("FILE", m_checkLogCommand.file, "MIDI log, as play --midi-log writes it")
+        ->required()
+        ->type_name("");
 }
 
 void CommandLine::addReader(CLI::App& command, ReadOptions& options) {
@@ -99,7 +106,11 @@ Command CommandLine::parse(int argumentCount, char** arguments) {
     if (*m_events) {
         return EventsCommand{m_eventsOptions};
     }
-    throw UsageError("no command was given: play, render, lyrics, info, events or devices");
+    if (*m_checkLog) {
+        return m_checkLogCommand;
+    }
+    throw UsageError(
+        "no command was given: play, render, lyrics, info, events, devices or check-log");
 }
 
 } // namespace

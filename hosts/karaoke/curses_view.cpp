@@ -49,6 +49,23 @@ bool wantsColours() {
     return has_colors() && (refusal == nullptr || *refusal == '\0');
 }
 
+/// Terminals that send their arrows as they do without an application.
+void defineArrows() {
+    constexpr struct {
+        const char* sequence;
+        int code;
+    } kArrows[] = {{"\x1b[A", KEY_UP},
+                   {"\x1b[B", KEY_DOWN},
+                   {"\x1b[C", KEY_RIGHT},
+                   {"\x1b[D", KEY_LEFT},
+                   {"\x1b[H", KEY_HOME}};
+    for (const auto& arrow : kArrows) {
+        if (key_defined(arrow.sequence) == 0) {
+            define_key(arrow.sequence, arrow.code);
+        }
+    }
+}
+
 void prepareColours() {
     start_color();
     use_default_colors();
@@ -113,6 +130,7 @@ void CursesView::open() {
     curs_set(0);
     keypad(stdscr, TRUE);
     nodelay(stdscr, TRUE);
+    defineArrows();
     if (wantsColours()) {
         prepareColours();
     }

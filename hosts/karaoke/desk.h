@@ -21,6 +21,7 @@ struct Desk {
     std::int32_t keySignature = 0;          ///< of the song, as MMINFO has it
     std::bitset<host::kChannels> used;      ///< channels on which the song plays notes
     int channel = 0;                        ///< the one that keys change
+    bool begun = false;                     ///< the song was started
     bool help = false;                      ///< the page of all keys is shown
     std::optional<std::uint32_t> loopStart; ///< set, while the loop's end is not
     std::string notice;                     ///< one line for the listener; empty = none

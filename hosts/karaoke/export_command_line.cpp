@@ -9,6 +9,7 @@
 #include "karaoke/declared_options.h"
 #include "karaoke/option_values.h"
 #include "karaoke/play_command_line.h"
+#include "karaoke/player_options.h"
 #include "karaoke/setting_options.h"
 
 namespace karaoke {
@@ -104,6 +105,7 @@ void addRenderOptions(CLI::App& render, RenderOptions& options) {
     addFileOptions(render, options);
     addSongSettings(render, options.play.settings);
     addSoundOptions(render, options.play);
+    addRangeOptions(render, options.play);
 }
 
 void addLyricsOptions(CLI::App& lyrics, LyricsOptions& options) {

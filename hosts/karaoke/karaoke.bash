@@ -49,8 +49,10 @@ _karaoke() {
         _karaoke_words "$(sed -nE 's/^  (-[a-z],)?(--[a-z-]+).*/\2/p' <<<"$help")"
     elif [ -z "$command" ]; then
         _karaoke_words "$(sed -n '/^Subcommands:/,$s/^  \([a-z][a-z-]*\) .*/\1/p' <<<"$help")"
+    elif [ "$command" = check-log ]; then
+        _karaoke_files ''
     elif [ "$command" != devices ]; then
-        _karaoke_files 'mid|midi|kar|rmi|m3u|m3u8'
+        _karaoke_files 'mid|midi|kar|rmi'
     fi
 }
 

@@ -44,6 +44,9 @@ struct Runner {
     int operator()(const karaoke::DevicesCommand&) const {
         return karaoke::runDevices();
     }
+    int operator()(const karaoke::CheckLogCommand& command) const {
+        return karaoke::runCheckLog(command.file);
+    }
 };
 
 /// What is still in the buffer may not fit on a full disk.

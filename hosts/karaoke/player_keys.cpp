@@ -295,7 +295,7 @@ void PlayerKeys::instrument(int steps) {
     const int playing = settings.program != host::kSongsProgram
                             ? settings.program
                             : m_desk.controls.state().channel(m_desk.channel).program;
-    settings.program = std::clamp(playing + steps, 0, kHighestProgram);
+    settings.program = std::clamp(std::max(playing, 0) + steps, 0, kHighestProgram);
     const bool drums = m_desk.channel == host::kDrumChannel;
     changeChannel(
         settings,

@@ -11,19 +11,7 @@ namespace {
 
 constexpr std::size_t kSongsTogether = 2;
 
-void addRangeOptions(CLI::App& play, PlayOptions& options) {
-    addRepeatable(
-        play, "loop", "A:B[xN]",
-        "Play from A to B, N times; ticks, or bars as in bar5:bar9x2. Repeated: ranges in "
-        "a row, at most 10",
-        [&](const std::string& text) {
-            options.loops.push_back(parseLoop(text));
-            if (options.loops.size() > MM_MAX_LOOPS) {
-                throw UsageError("--loop: at most 10 ranges can be played in a row");
-            }
-        });
-    addValue(play, "from", "TICK|barN", "Begin there",
-             [&](const std::string& text) { options.from = parsePlace("--from", text); });
+void addPractice(CLI::App& play, PlayOptions& options) {
     addValue(
         play, "practice", "A:B:START:STEP:LIMIT",
         "Repeat from A to B, at START percent of tempo first, then STEP faster each time up to "
@@ -55,8 +43,24 @@ void addViewOptions(CLI::App& play, PlayOptions& options) {
 
 } // namespace
 
+void addRangeOptions(CLI::App& command, PlayOptions& options) {
+    addRepeatable(
+        command, "loop", "A:B[xN]",
+        "Play from A to B, N times; ticks, or bars as in bar5:bar9x2. Repeated: ranges in "
+        "a row, at most 10",
+        [&](const std::string& text) {
+            options.loops.push_back(parseLoop(text));
+            if (options.loops.size() > MM_MAX_LOOPS) {
+                throw UsageError("--loop: at most 10 ranges can be played in a row");
+            }
+        });
+    addValue(command, "from", "TICK|barN", "Begin there",
+             [&](const std::string& text) { options.from = parsePlace("--from", text); });
+}
+
 void addPlayerOptions(CLI::App& play, PlayOptions& options) {
     addRangeOptions(play, options);
+    addPractice(play, options);
     addListOptions(play, options);
     addViewOptions(play, options);
 }

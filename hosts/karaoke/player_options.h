@@ -11,6 +11,10 @@ namespace karaoke {
 /// @param options  filled in when the command line is parsed; must live until then
 void addPlayerOptions(CLI::App& play, PlayOptions& options);
 
+/// --loop, --from
+/// @param options  as above
+void addRangeOptions(CLI::App& command, PlayOptions& options);
+
 /// What no single option can tell.
 /// @throws UsageError  options that do not go together
 void checkPlayOptions(const PlayOptions& options);

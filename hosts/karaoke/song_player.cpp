@@ -57,6 +57,7 @@ void SongPlayer::openCompanion(const PlayedSong& song) {
     plan.fadeOut = m_setting.options.fadeOut;
     plan.announcements = 0;
     m_companionControls.open(song.file(), song.song(settings.encoding), settings, plan);
+    m_companionControls.routeTo(m_setting.devices.back());
 }
 
 void SongPlayer::layDesk(const PlayedSong& song, std::size_t place, std::size_t songs) {
@@ -69,6 +70,7 @@ void SongPlayer::layDesk(const PlayedSong& song, std::size_t place, std::size_t 
         m_desk.used.set(static_cast<std::size_t>(use.channel));
     }
     m_desk.channel = 0;
+    m_desk.begun = false;
     m_desk.help = false;
     m_desk.loopStart.reset();
     m_desk.notice.clear();
@@ -105,6 +107,7 @@ void SongPlayer::start() {
     forEachSong([](host::SongControls& controls) { controls.setUp(); });
     if (!stopping()) {
         forEachSong([](host::SongControls& controls) { controls.play(); });
+        m_desk.begun = true;
     }
 }
 

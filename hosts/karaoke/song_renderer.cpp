@@ -68,6 +68,7 @@ void SongRenderer::render(const host::SongFile& file, const host::Song& song, So
                           ProgressBar& progress, StopSignals& signals) {
     host::PlayPlan plan = planOf(m_options.play, 0);
     plan.announcements = 0;
+    planRanges(plan, m_options.play, song);
     const double length = lengthOf(song, plan);
     if (length > kLongest) {
         throw host::SongError(file.name(),

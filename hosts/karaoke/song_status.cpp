@@ -59,7 +59,7 @@ std::string loopText(const host::SongControls& controls) {
 
 std::string statusText(const Desk& desk) {
     const host::SongControls& controls = desk.controls;
-    const bool paused = !controls.playing() && !controls.ended();
+    const bool paused = desk.begun && !controls.playing() && !controls.ended();
     std::string text = (paused ? std::string("paused") + kGap : "") + placeText(desk) + kGap +
                        tempoText(controls) + kGap + signatureText(controls) + kGap + keyText(desk) +
                        loopText(controls);
