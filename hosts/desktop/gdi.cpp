@@ -7,6 +7,8 @@ namespace {
 
 constexpr int kInterfacePoints = 9;
 constexpr int kPointsPerInch = 72;
+constexpr int kLettersOfRow = 4; ///< of five parts: the rest is room for accents and tails
+constexpr int kWholeRow = 5;
 
 } // namespace
 
@@ -29,11 +31,13 @@ Font::~Font() {
     }
 }
 
-Font interfaceFont(const Scale& scale) {
+Font interfaceFont(const Scale& scale, int rowHeight) {
     LOGFONTW font{};
     // The font of icons is asked for by its own record, which every Windows since 95 fills.
     SystemParametersInfoW(SPI_GETICONTITLELOGFONT, sizeof font, &font, 0);
-    return {font.lfFaceName, MulDiv(kInterfacePoints, scale.dpi(), kPointsPerInch), false};
+    const int usual = MulDiv(kInterfacePoints, scale.dpi(), kPointsPerInch);
+    const int fitting = rowHeight * kLettersOfRow / kWholeRow;
+    return {font.lfFaceName, std::clamp(fitting, 1, usual), false};
 }
 
 BackBuffer::~BackBuffer() {

@@ -40,8 +40,11 @@ private:
     HFONT m_font = nullptr;
 };
 
+constexpr int kAnyHeight = 10000;
+
 /// The font of the system's messages, in the size for a screen.
-Font interfaceFont(const Scale& scale);
+/// @param rowHeight  that it has to fit; a font that is too tall becomes smaller
+Font interfaceFont(const Scale& scale, int rowHeight = kAnyHeight);
 
 /// An object that is selected while this lives.
 class Selected {

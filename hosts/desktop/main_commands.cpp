@@ -286,30 +286,20 @@ void MainWindow::clearLoop() {
     ask(&SongDesk::clearLoop);
 }
 
-void MainWindow::stepTempo(int by) {
-    const int speed = speedOf(m_state.settings.tempoPercent) + by;
-    ask([speed](SongDesk& desk) { desk.setTempoPercent(percentOf(speed)); });
-}
-
-void MainWindow::stepKey(int by) {
-    const int key = m_state.settings.transpose + by;
-    ask([key](SongDesk& desk) { desk.setTranspose(key); });
-}
-
 void MainWindow::slower() {
-    stepTempo(-kTempoStep);
+    ask([](SongDesk& desk) { desk.stepSpeed(-kTempoStep); });
 }
 
 void MainWindow::faster() {
-    stepTempo(kTempoStep);
+    ask([](SongDesk& desk) { desk.stepSpeed(kTempoStep); });
 }
 
 void MainWindow::keyDown() {
-    stepKey(-1);
+    ask([](SongDesk& desk) { desk.stepTranspose(-1); });
 }
 
 void MainWindow::keyUp() {
-    stepKey(1);
+    ask([](SongDesk& desk) { desk.stepTranspose(1); });
 }
 
 void MainWindow::asWritten() {
@@ -324,7 +314,7 @@ void MainWindow::fadeOut() {
 }
 
 void MainWindow::toggleMetronome() {
-    ask([on = !m_state.metronome](SongDesk& desk) { desk.setMetronome(on); });
+    ask(&SongDesk::toggleMetronome);
 }
 
 void MainWindow::panic() {

@@ -24,6 +24,7 @@ constexpr UINT_PTR kFrameTimer = 1;
 constexpr UINT kFrame = 30; ///< milliseconds between two looks at the session
 constexpr UINT kDpiChanged = 0x02E0;
 constexpr int kMessageMargin = 6;
+constexpr DWORD kMendedShown = 10000; ///< milliseconds in which it is told that a song was mended
 constexpr DWORD kStyle = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
 
 RECT toScreenRect(const Box& box) {
@@ -72,8 +73,9 @@ MainWindow::~MainWindow() {
 }
 
 void MainWindow::makeControls() {
-    m_messageStrip = CreateWindowExW(0, L"STATIC", L"", WS_CHILD | SS_NOPREFIX, 0, 0, 0, 0,
-                                     window(), nullptr, nullptr, nullptr);
+    m_messageStrip =
+        CreateWindowExW(0, L"STATIC", L"", WS_CHILD | SS_NOPREFIX, 0, 0, 0, 0, window(),
+                        reinterpret_cast<HMENU>(INT_PTR{ID_MESSAGE}), nullptr, nullptr);
     m_words = std::make_unique<WordsPane>(window(), ID_WORDS, window());
     makeList();
     m_mixer = std::make_unique<MixerPane>(
@@ -115,7 +117,7 @@ void MainWindow::useFonts(int dpi) {
     }
     m_strip->setFont(m_font.handle(), m_scale);
     m_position->setFont(m_font.handle());
-    m_mixer->setFont(m_font.handle(), m_scale);
+    m_mixer->setScale(m_scale);
 }
 
 void MainWindow::useDpi(int dpi, const RECT& suggested) {
@@ -198,8 +200,10 @@ std::wstring MainWindow::messageText() const {
     if (m_state.engine == SessionState::Engine::Runs && !m_state.hasOutput) {
         return L"There is no MIDI output: songs play in silence.";
     }
-    return m_state.mended.empty() ? std::wstring()
-                                  : L"The song's file was not as it should be: " + m_state.mended;
+    const bool lately = GetTickCount() - m_openedAt < kMendedShown;
+    return m_state.mended.empty() || !lately
+               ? std::wstring()
+               : L"The song's file was not as it should be: " + m_state.mended;
 }
 
 void MainWindow::showMessage() {
@@ -216,7 +220,11 @@ void MainWindow::refresh() {
     if (!m_session) {
         return;
     }
+    const std::shared_ptr<const host::Song> before = m_state.song;
     m_state = m_session->state();
+    if (m_state.song && !before) {
+        m_openedAt = GetTickCount();
+    }
     m_words->show(moment());
     m_position->show(m_state);
     m_mixer->show(m_state);

@@ -66,8 +66,6 @@ private:
     void openSongs(const std::vector<std::wstring>& paths, bool playFirst);
     void playSong(std::size_t index);
     std::optional<std::size_t> chosen() const;
-    void stepTempo(int by);
-    void stepKey(int by);
 
     void open();
     void add();
@@ -114,6 +112,7 @@ private:
     SessionState m_state;
     std::wstring m_trouble; ///< what could not be done, until it is dismissed or a song is opened
     std::wstring m_message; ///< what is shown above everything
+    DWORD m_openedAt = 0;   ///< system time at which the song was opened
     Scale m_scale{Scale::kUsualDpi};
     Font m_font;
     HBRUSH m_brush = nullptr;

@@ -5,13 +5,15 @@ namespace desktop {
 
 namespace {
 
-constexpr int kMargin = 6;
-constexpr int kColumnGap = 12;
+constexpr int kMargin = 4;
+constexpr int kColumnGap = 8;
 constexpr int kCellGap = 3;
 constexpr int kShortestRow = 16;
 constexpr int kTallestRow = 26;
-/// The name takes what the others leave, and at least this.
-constexpr std::array<int, kMixerCells> kWidths = {12, 96, 50, 50, 50, 50, 22, 22};
+/// At least. The levels take some of what is left, the name the rest.
+constexpr std::array<int, kMixerCells> kWidths = {12, 156, 40, 40, 40, 40, 18, 18};
+constexpr int kMostForLevel = 80;
+constexpr int kLevelShare = 6; ///< a level takes one part in so many
 constexpr auto kNameIndex = static_cast<std::size_t>(MixerCell::Name);
 
 int columnWidth(const Scale& scale) {
@@ -22,12 +24,23 @@ int columnWidth(const Scale& scale) {
     return width + (kMixerCells - 1) * scale(kCellGap);
 }
 
+bool isLevelIndex(std::size_t index) {
+    return index > kNameIndex && index < static_cast<std::size_t>(MixerCell::Mute);
+}
+
 MixerRow layoutRow(const Box& row, const Scale& scale) {
+    constexpr int kLevels = 4;
     const int spare = row.width() - columnWidth(scale);
+    const int forLevel = std::clamp(spare / kLevelShare, 0, scale(kMostForLevel));
     MixerRow cells;
     int x = row.left;
     for (std::size_t i = 0; i < cells.size(); ++i) {
-        const int width = scale(kWidths[i]) + (i == kNameIndex ? spare : 0);
+        int width = scale(kWidths[i]);
+        if (i == kNameIndex) {
+            width += spare - kLevels * forLevel;
+        } else if (isLevelIndex(i)) {
+            width += forLevel;
+        }
         cells[i] = {x, row.top, x + width, row.bottom};
         x += width + scale(kCellGap);
     }

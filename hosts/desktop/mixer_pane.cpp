@@ -21,6 +21,9 @@ constexpr int kCentre = 64;
 constexpr double kLightThreshold = 0.02;
 constexpr std::array<const wchar_t*, kMixerCells> kHeadings = {
     L"", L"Channel", L"Volume", L"Pan", L"Reverb", L"Chorus", L"M", L"S"};
+/// Where there is no room for those.
+constexpr std::array<const wchar_t*, kMixerCells> kShortHeadings = {
+    L"", L"Channel", L"Vol.", L"Pan", L"Rev.", L"Cho.", L"M", L"S"};
 
 COLORREF mixed(COLORREF from, COLORREF to, double part) {
     const auto channel = [part](int a, int b) {
@@ -48,14 +51,16 @@ MixerPane::MixerPane(HWND parent, int id, Change change) : m_change(std::move(ch
         {.className = L"KaraokeMixer", .style = WS_CHILD | WS_TABSTOP, .parent = parent, .id = id});
 }
 
-void MixerPane::setFont(HFONT font, const Scale& scale) {
-    m_font = font;
+void MixerPane::setScale(const Scale& scale) {
     m_scale = scale;
     relayout();
 }
 
+/// In a small window the letters become smaller than usual rather than being cut.
 void MixerPane::relayout() {
     m_boxes = layoutMixer(clientSize(window()), m_scale);
+    const int rowHeight = m_boxes.channels.front().front().height();
+    m_font = interfaceFont(m_scale, rowHeight);
     InvalidateRect(window(), nullptr, FALSE);
 }
 
@@ -93,10 +98,18 @@ std::wstring MixerPane::nameOf(int channel) const {
     return name;
 }
 
-void MixerPane::drawHeading(HDC dc, const MixerRow& row) const {
+void MixerPane::drawHeading(HDC dc, const MixerRow& row) {
+    const auto fits = [&](std::size_t i) {
+        return textSize(dc, kHeadings[i]).width <= row[i].width();
+    };
+    bool allFit = true;
+    for (std::size_t i = 0; i < row.size(); ++i) {
+        allFit = allFit && fits(i);
+    }
     for (std::size_t i = 0; i < row.size(); ++i) {
         const bool name = static_cast<MixerCell>(i) == MixerCell::Name;
-        drawText(dc, row[i], kHeadings[i], kPanelFaint, name ? Align::Left : Align::Centre);
+        drawText(dc, row[i], (allFit ? kHeadings : kShortHeadings)[i], kPanelFaint,
+                 name ? Align::Left : Align::Centre);
     }
 }
 
@@ -152,7 +165,7 @@ void MixerPane::drawChannel(HDC dc, int channel) const {
 void MixerPane::draw(HDC dc) const {
     const Size size = clientSize(window());
     fill(dc, {0, 0, size.width, size.height}, kPanel);
-    const Selected selected(dc, m_font);
+    const Selected selected(dc, m_font.handle());
     for (const MixerRow& heading : m_boxes.headings) {
         drawHeading(dc, heading);
     }

@@ -21,7 +21,7 @@ public:
     MixerPane(HWND parent, int id, Change change);
 
     void show(const SessionState& state);
-    void setFont(HFONT font, const Scale& scale);
+    void setScale(const Scale& scale);
     const MixerBoxes& boxes() const {
         return m_boxes;
     }
@@ -30,7 +30,7 @@ private:
     LRESULT handle(UINT message, WPARAM wParam, LPARAM lParam) override;
     void relayout();
     void draw(HDC dc) const;
-    void drawHeading(HDC dc, const MixerRow& row) const;
+    static void drawHeading(HDC dc, const MixerRow& row);
     void drawChannel(HDC dc, int channel) const;
     void drawLevel(HDC dc, const Box& box, MixerCell cell, int value) const;
     static void drawSwitch(HDC dc, const Box& box, const wchar_t* text, bool on, COLORREF colour);
@@ -49,7 +49,7 @@ private:
     Change m_change;
     MixerBoxes m_boxes;
     Scale m_scale{Scale::kUsualDpi};
-    HFONT m_font = nullptr;
+    Font m_font;
     SessionState m_state;
     MixerPlace m_focus;
     std::optional<MixerPlace> m_drag;

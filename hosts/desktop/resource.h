@@ -11,6 +11,7 @@
 #define ID_POSITION 101
 #define ID_PLAYLIST 102
 #define ID_MIXER 103
+#define ID_MESSAGE 104
 #define ID_TEMPO 110
 #define ID_TEMPO_SPIN 111
 #define ID_TEMPO_LABEL 112

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "desktop/speed.h"
 #include "shared/song_loader.h"
 #include "shared/wide_text.h"
 
@@ -186,9 +187,21 @@ void SongDesk::setTempoPercent(float percent) {
     }
 }
 
+void SongDesk::stepSpeed(int by) {
+    if (hasSong()) {
+        setTempoPercent(percentOf(speedOf(m_controls->settings().tempoPercent) + by));
+    }
+}
+
 void SongDesk::setTranspose(int semitones) {
     if (hasSong()) {
         m_controls->setTranspose(semitones);
+    }
+}
+
+void SongDesk::stepTranspose(int by) {
+    if (hasSong()) {
+        m_controls->setTranspose(m_controls->settings().transpose + by);
     }
 }
 
@@ -205,9 +218,9 @@ void SongDesk::setEncoding(const std::string& encoding) {
     }
 }
 
-void SongDesk::setMetronome(bool on) {
+void SongDesk::toggleMetronome() {
     if (hasSong()) {
-        m_controls->setMetronome(on);
+        m_controls->setMetronome(!m_controls->metronome());
     }
 }
 

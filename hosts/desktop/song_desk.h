@@ -51,10 +51,13 @@ public:
     void setLoop(std::uint32_t start, std::uint32_t end);
     void clearLoop();
     void setTempoPercent(float percent);
+    /// @param by  percent of the song's own speed
+    void stepSpeed(int by);
     void setTranspose(int semitones);
+    void stepTranspose(int by);
     void setChannel(int channel, const host::ChannelSettings& settings);
     void setEncoding(const std::string& encoding);
-    void setMetronome(bool on);
+    void toggleMetronome();
     void fadeOut();
     void panic();
 

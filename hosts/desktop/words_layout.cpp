@@ -7,6 +7,7 @@ namespace {
 
 constexpr int kReferenceHeight = 100;
 constexpr int kSmallestLetters = 12;
+constexpr int kSmallestCurrent = 20; ///< then the chords, too, are no smaller than the smallest
 // In hundredths of the current line's letters.
 constexpr int kOther = 68;
 constexpr int kChord = 62;
@@ -37,7 +38,7 @@ WordsLayout layoutWords(Size place, int lineWidth) {
     const int tallest = place.height * kPercent / kAllRows;
     const int fitting = lineWidth <= 0 ? tallest : layout.lineWidth * kReferenceHeight / lineWidth;
     const int size =
-        std::max({std::min(tallest, fitting), share(tallest, kSmallestShare), kSmallestLetters});
+        std::max({std::min(tallest, fitting), share(tallest, kSmallestShare), kSmallestCurrent});
     layout.sizes = {size, std::max(share(size, kOther), kSmallestLetters),
                     std::max(share(size, kChord), kSmallestLetters),
                     std::max(place.height / kTitleOfHeight, kSmallestLetters)};
