@@ -4,7 +4,9 @@
 packages_play="g++ cmake ninja-build pkg-config libfluidsynth-dev libasound2-dev timgm6mb-soundfont
     libcli11-dev libncurses-dev libuchardet-dev libsndfile1-dev libogg-dev nlohmann-json3-dev"
 # To run the tests beside that.
-packages_test="libgtest-dev libgmock-dev python3 abcmidi midicsv fp-compiler mono-mcs dpkg-dev"
+packages_test="libgtest-dev libgmock-dev python3 abcmidi midicsv fp-compiler mono-mcs tmux dpkg-dev"
+# To fuzz, 32-bit too.
+packages_fuzz="clang libclang-rt-dev g++-multilib"
 # To check the code as CI does.
 packages_check="clang clang-format clang-tidy libclang-rt-dev g++-mingw-w64-i686 binutils-mingw-w64-i686 googletest
     llvm lld doxygen"

@@ -341,11 +341,15 @@ void SongControls::panic() {
     m_state.silence();
 }
 
-void SongControls::moveToDevice(std::uint32_t device) {
-    const Halt halt(*this);
+void SongControls::routeTo(std::uint32_t device) {
     for (std::int16_t channel = 0; channel < kChannels; ++channel) {
         mm_SetChannelDevice(m_player, channel, static_cast<std::int16_t>(device), 0);
     }
+}
+
+void SongControls::moveToDevice(std::uint32_t device) {
+    const Halt halt(*this);
+    routeTo(device);
     goTo(position());
 }
 

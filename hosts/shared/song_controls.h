@@ -99,7 +99,11 @@ public:
     void fadeOutNow(double seconds);
     /// Ends every note and lifts every pedal on all channels; playing goes on.
     void panic();
-    /// Sends all channels to another output and goes on playing there.
+    /// Sends all channels of the open song to an output; before setUp. A second player that shares the first
+    /// one's output is opened without one.
+    /// @param device  0 to 31
+    void routeTo(std::uint32_t device);
+    /// The same while it plays: everything that the song has set up goes there too.
     /// @param device  0 to 31
     void moveToDevice(std::uint32_t device);
 

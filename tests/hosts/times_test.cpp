@@ -37,6 +37,13 @@ TEST(Timeline, Seconds_add_up_over_tempo_changes) {
     EXPECT_DOUBLE_EQ(changing.secondsAt(1440), 2.75);
     EXPECT_EQ(changing.tempoAt(479), 500000u);
     EXPECT_EQ(changing.tempoAt(480), 250000u);
+    for (const std::uint32_t tick : {0u, 480u, 720u, 960u, 1440u}) {
+        EXPECT_EQ(changing.tickAt(changing.secondsAt(tick)), tick);
+    }
+    EXPECT_EQ(changing.tickAt(-1), 0u);
+    const Timeline slower = changing.withPercent(-100);
+    EXPECT_DOUBLE_EQ(slower.secondsAt(1440), 5.5);
+    EXPECT_EQ(slower.songTempoAt(960), 2000000u);
 }
 
 TEST(Timeline, The_percentage_changes_tempos_as_the_engine_does) {
@@ -66,6 +73,9 @@ TEST(Bars, A_new_signature_begins_a_bar_even_inside_one) {
     EXPECT_EQ(grid.at(2160), (BarPosition{3, 1}));
     EXPECT_EQ(grid.at(2160 + 960), (BarPosition{4, 1}));
     EXPECT_EQ(grid.at(4080), (BarPosition{5, 1}));
+    for (const std::uint32_t bar : {1u, 2u, 3u, 4u, 5u, 90u}) {
+        EXPECT_EQ(grid.at(grid.tickOf(bar)), (BarPosition{bar, 1}));
+    }
     ASSERT_EQ(grid.signatures().size(), 2u);
     EXPECT_EQ(grid.signatures()[1].beatUnit, 4);
 }
