@@ -5,6 +5,8 @@ packages_play="g++ cmake ninja-build pkg-config libfluidsynth-dev libasound2-dev
     libcli11-dev libncurses-dev libuchardet-dev libsndfile1-dev libogg-dev nlohmann-json3-dev"
 # To run the tests beside that.
 packages_test="libgtest-dev libgmock-dev python3 abcmidi midicsv fp-compiler mono-mcs tmux dpkg-dev"
+# To show the Windows player on a display that nobody sees.
+packages_desktop="xvfb imagemagick"
 # To fuzz, 32-bit too.
 packages_fuzz="clang libclang-rt-dev g++-multilib"
 # To check the code as CI does.
