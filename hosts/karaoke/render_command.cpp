@@ -28,14 +28,6 @@ void refuseToOverwriteTheSong(const RenderOptions& options) {
     }
 }
 
-void refuseEndlessLoops(const RenderOptions& options) {
-    for (const RangeWish& loop : options.play.loops) {
-        if (loop.passes == 0) {
-            throw UsageError("--loop: say how many times, as in bar5:bar9x2");
-        }
-    }
-}
-
 /// Samples beyond full scale were cut off.
 void warnOfDistortion(const RenderOptions& options, float peak) {
     if (peak > 1) {
@@ -82,7 +74,6 @@ bool renderInto(FinishedFile& output, const RenderOptions& options, const host::
 } // namespace
 
 int runRender(const RenderOptions& options) {
-    refuseEndlessLoops(options);
     StopSignals signals;
     const host::SongFile file(options.file);
     const host::Song song =

@@ -10,6 +10,7 @@ import pty
 import re
 import signal
 import struct
+import subprocess
 import sys
 import unittest
 import wave
@@ -119,6 +120,16 @@ class Render(FileTest):
         plain = self.render(basic_song()).samples
         for change in (["--transpose", "3"], ["--volume", "1:-60"], ["--patch", "1:20"], ["--drums", "36:42"]):
             self.assertNotEqual(self.render(basic_song(), *change).samples, plain, change)
+
+    def test_ranges_are_played_as_often_as_asked(self):
+        whole = self.render(basic_song(), "--tail", "0")
+        late = self.render(basic_song(), "--tail", "0", "--from", "bar4")  # from 6.0 to 9.75 seconds
+        self.assertAlmostEqual(late.seconds, 3.75, delta=0.01)
+        self.assertGreater(late.peak(0, 0.1), 1000)
+        looped = self.render(basic_song(), "--tail", "0", "--loop", "bar2:bar3x3")  # two seconds, three times
+        self.assertAlmostEqual(looped.seconds, 6, delta=0.02)
+        self.assertGreater(whole.seconds, looped.seconds)
+        self.refuse(1, "behind the song's end", "render", self.path("song.mid"), "-o", self.path("x.wav"), "--from", "bar9")
 
     def test_a_note_without_an_end_is_faded_when_the_tail_is_over(self):
         endless = Track().title(b"Endless").program(0, 0, 19).controller(0, 0, 64, 127)
@@ -317,6 +328,55 @@ class Lists(FileTest):
         self.assertEqual(facts["channels"], [{"channel": 1, "drums": False, "notes": 60, "programs": []}])
         listed = self.succeed("events", self.path("song.mid")).lines[1:]
         self.assertEqual(facts["events"], sum(not re.search(r" (lyric|chord|marker) ", line) for line in listed))
+
+
+class Manual(FileTest):
+    """The manual page and the completion tell the options that the program has."""
+
+    SOURCES = os.path.join(os.path.dirname(os.path.abspath(__file__)), "../../hosts/karaoke")
+
+    def options_told(self, command):
+        out = self.succeed(*command.split(), "--help").out
+        self.assertLess(max(map(len, out.splitlines())), 80)
+        return set(re.findall(r"^  (?:-\w,)?(--[a-z-]+)", out, re.MULTILINE))
+
+    def completed(self, *words):
+        script = '. "$1"; shift; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _karaoke "$1"; printf "%s\\n" "${COMPREPLY[@]}"'
+        done = subprocess.run(["bash", "-c", script, "bash", f"{self.SOURCES}/karaoke.bash", karaoke_test.PROGRAM, *words],
+                              capture_output=True, text=True, check=True, cwd=self.folder, env=self.environment)
+        self.assertEqual(done.stderr, "")
+        return set(done.stdout.splitlines())
+
+    def test_the_manual_page_has_the_options_of_each_command(self):
+        with open(f"{self.SOURCES}/karaoke.1", encoding="ascii") as page:
+            sections = re.split(r"^\.S[hs] (.*)\n", page.read(), flags=re.MULTILINE)
+        described = {}
+        for title, text in zip(sections[1::2], sections[2::2]):
+            names = {f"--{name}" for name in re.findall(r"^\.It .*Fl (?:\w , )?-([a-z-]+)", text, re.MULTILINE)}
+            commands = re.findall(r"\w+", title.removeprefix("Options of ")) if "Options of" in title else [title]
+            for command in commands:
+                described.setdefault(command, set()).update(names)
+        general = described.pop("OPTIONS")
+        self.assertEqual(self.options_told(""), general)
+        for command in self.completed(""):
+            with self.subTest(command=command):
+                told = self.options_told(command) - general
+                self.assertEqual(told, described.get(command, set()))
+
+    def test_completion_offers_commands_options_words_and_songs(self):
+        for name in ("a song.KAR", "b.mid", "c.txt", "d.sf2"):
+            self.file(b"", name)
+        os.mkdir(self.path("more"))
+        self.assertEqual(self.completed("ev"), {"events"})
+        for command in self.completed(""):
+            self.assertEqual(self.completed(command, "--"), self.options_told(command))
+        self.assertEqual(self.completed("play", ""), {"a song.KAR", "b.mid", "more"})
+        self.assertEqual(self.completed("play", "--metronome", "b"), {"b.mid"})
+        self.assertEqual(self.completed("render", "--soundfont", ""), {"d.sf2", "more"})
+        self.assertEqual(self.completed("render", "-o", "c"), {"c.txt"})
+        self.assertEqual(self.completed("render", "--format", ""), {"wav", "flac", "ogg"})
+        self.assertEqual(self.completed("play", "--transpose", ""), {""})
+        self.assertIn("UTF-16LE", self.completed("lyrics", "--encoding", "UTF-1"))
 
 
 if __name__ == "__main__":
