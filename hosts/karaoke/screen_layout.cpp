@@ -88,7 +88,7 @@ Canvas composeScreen(const Desk& desk, const ShownWords& words, int columns, int
     drawTitle(canvas, desk);
     drawWords(canvas, plan.words, desk, words);
     drawPosition(canvas, plan.position, desk);
-    canvas.putFitted(plan.status, kMargin, statusText(desk), columns - 2 * kMargin, Style::Plain);
+    canvas.put(plan.status, kMargin, statusText(desk, columns - 2 * kMargin), Style::Plain);
     drawChannels(canvas, plan.channels, desk);
     drawBottomRow(canvas, desk, plan.keys);
     return canvas;

@@ -2,8 +2,10 @@
 #include "karaoke/song_status.h"
 
 #include <cmath>
+#include <span>
 
 #include "corvmo32_linux.h"
+#include "karaoke/text_width.h"
 #include "shared/song_facts.h"
 #include "shared/time_text.h"
 
@@ -11,15 +13,23 @@ namespace karaoke {
 
 namespace {
 
-constexpr const char* kGap = "   ";
+std::string joined(std::span<const std::string> parts, const char* gap) {
+    std::string text;
+    for (const std::string& part : parts) {
+        text += (text.empty() || part.empty() ? "" : gap) + part;
+    }
+    return text;
+}
 
-std::string placeText(const Desk& desk) {
-    const host::Song& song = desk.controls.song();
-    const std::uint32_t tick = desk.controls.position();
-    const host::BarPosition place = song.bars.at(tick);
-    return host::timeInSeconds(song.timeline.secondsAt(tick)) + " / " +
-           host::timeInSeconds(song.seconds()) + kGap + "bar " + std::to_string(place.bar) + ":" +
-           std::to_string(place.beat);
+std::string timeText(const host::SongControls& controls) {
+    const host::Song& song = controls.song();
+    return host::timeInSeconds(song.timeline.secondsAt(controls.position())) + " / " +
+           host::timeInSeconds(song.seconds());
+}
+
+std::string barText(const host::SongControls& controls) {
+    const host::BarPosition place = controls.song().bars.at(controls.position());
+    return "bar " + std::to_string(place.bar) + ":" + std::to_string(place.beat);
 }
 
 std::string tempoText(const host::SongControls& controls) {
@@ -51,22 +61,21 @@ std::string loopText(const host::SongControls& controls) {
     }
     const host::PlayRange& range = controls.ranges().front();
     const std::uint32_t end = range.end == 0 ? controls.song().endTick : range.end;
-    return std::string(kGap) + "loop " + std::to_string(bars.at(range.start).bar) + "-" +
+    return "loop " + std::to_string(bars.at(range.start).bar) + "-" +
            std::to_string(bars.at(end - 1).bar) + " pass " + std::to_string(controls.pass());
 }
 
 } // namespace
 
-std::string statusText(const Desk& desk) {
+std::string statusText(const Desk& desk, int width) {
     const host::SongControls& controls = desk.controls;
     const bool paused = desk.begun && !controls.playing() && !controls.ended();
-    std::string text = (paused ? std::string("paused") + kGap : "") + placeText(desk) + kGap +
-                       tempoText(controls) + kGap + signatureText(controls) + kGap + keyText(desk) +
-                       loopText(controls);
-    if (controls.metronome()) {
-        text += std::string(kGap) + "click";
-    }
-    return text;
+    const std::string parts[] = {paused ? "paused" : "", timeText(controls),
+                                 barText(controls),      tempoText(controls),
+                                 loopText(controls),     signatureText(controls),
+                                 keyText(desk),          controls.metronome() ? "click" : ""};
+    const std::string roomy = joined(parts, "   ");
+    return columnsOf(roomy) <= width ? roomy : fitted(joined(parts, "  "), width);
 }
 
 std::string titleText(const Desk& desk) {

@@ -8,7 +8,8 @@
 namespace karaoke {
 
 /// "0:11 / 1:56   bar 13:3   88 bpm   3/4", with what the listener has changed.
-std::string statusText(const Desk& desk);
+/// @param width  columns that the text may take
+std::string statusText(const Desk& desk, int width);
 
 /// "Daisy Bell - Harry Dacre, 1892", and the song that plays along.
 std::string titleText(const Desk& desk);

@@ -83,8 +83,8 @@ TerminalView::Row TerminalView::nextRow(const host::Line& line) const {
 
 TerminalView::Row TerminalView::statusRow() const {
     const std::string notice = noticeText(*m_desk);
-    const std::string text =
-        fitted(notice.empty() ? statusText(*m_desk) : notice, m_size.columns - 1);
+    const std::string text = notice.empty() ? statusText(*m_desk, m_size.columns - 1)
+                                            : fitted(notice, m_size.columns - 1);
     return {styled(kFaint, text), columnsOf(text)};
 }
 
