@@ -16,6 +16,6 @@ add_custom_target(release
     COMMAND ${Python3_EXECUTABLE} ${PROJECT_SOURCE_DIR}/scripts/make_release
             --build ${PROJECT_BINARY_DIR} --version ${PROJECT_VERSION}
             --strip ${CMAKE_STRIP} --dlltool ${CORVMO_LLVM_DLLTOOL}
-    DEPENDS corvmo32 play_song reference
+    DEPENDS corvmo32 karaoke play_song reference
     COMMENT "Release archive" VERBATIM)
-add_dependencies(release corvmo32 play_song reference)
+add_dependencies(release corvmo32 karaoke play_song reference)

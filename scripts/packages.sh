@@ -9,6 +9,9 @@ packages_test="libgtest-dev libgmock-dev python3 abcmidi midicsv fp-compiler mon
 packages_desktop="xvfb imagemagick"
 # To fuzz, 32-bit too.
 packages_fuzz="clang libclang-rt-dev g++-multilib"
+# To measure beside other programs.
+packages_bench="libbenchmark-dev libfluidsynth-dev libwildmidi-dev libsmf-dev libportsmf-dev midicsv valgrind
+    gnuplot-nox python3"
 # To check the code as CI does.
 packages_check="clang clang-format clang-tidy libclang-rt-dev g++-mingw-w64-i686 binutils-mingw-w64-i686 googletest
     llvm lld doxygen"

@@ -21,7 +21,7 @@ constexpr int kNextRow = 100;
 constexpr int kAllRows =
     kTitleRow + kPreviousRow + kDotsRow + kChordRow + kCurrentRow + kGapRow + kNextRow;
 // A song with long lines is wrapped rather than shown in letters smaller than this share of the largest.
-constexpr int kSmallestShare = 55;
+constexpr int kSmallestShare = 68;
 constexpr int kSideMarginShare = 3; ///< percent of the width
 constexpr int kTitleOfHeight = 20;  ///< the title's letters are this part of the place's height
 constexpr int kPercent = 100;

@@ -1,8 +1,10 @@
 // How the windows look: every text has room, nothing overlaps, every control can be reached by Tab. Pictures are
 // left in the build folder for people to look at.
+#include <algorithm>
 #include <fstream>
 #include <set>
 
+#include "desktop/colours.h"
 #include "shared/gm_names.h"
 #include "tests/desktop/desktop_test.h"
 #include "tests/desktop/drawn_texts.h"
@@ -25,13 +27,13 @@ void savePicture(HWND window, const std::string& name) {
     const HDC source = GetWindowDC(window);
     const HDC memory = CreateCompatibleDC(source);
     BITMAPINFO format{};
-    format.bmiHeader = {sizeof(BITMAPINFOHEADER), width, height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+    format.bmiHeader = {sizeof(BITMAPINFOHEADER), width, height, 1, 24, BI_RGB, 0, 0, 0, 0, 0};
     void* pixels = nullptr;
     const HBITMAP bitmap = CreateDIBSection(memory, &format, DIB_RGB_COLORS, &pixels, nullptr, 0);
     const HGDIOBJ before = SelectObject(memory, bitmap);
     BitBlt(memory, 0, 0, width, height, source, 0, 0, SRCCOPY);
     GdiFlush();
-    const DWORD bytes = static_cast<DWORD>(width * height * 4);
+    const auto bytes = static_cast<DWORD>((width * 3 + 3) / 4 * 4 * height);
     BITMAPFILEHEADER head{};
     head.bfType = 0x4D42;
     head.bfOffBits = sizeof head + sizeof(BITMAPINFOHEADER);
@@ -76,6 +78,21 @@ protected:
         start({std::filesystem::path(CORVMO_SOURCE_DIR) / L"songs" / name,
                std::filesystem::path(CORVMO_SOURCE_DIR) / L"songs" / L"auld-lang-syne.mid"});
         untilSent("0: 9");
+    }
+
+    /// To where the words have begun, and are shown.
+    void goToWords() {
+        const DrawnTexts watching;
+        press(ID_POSITION, VK_RIGHT);
+        press(ID_POSITION, VK_RIGHT);
+        press(ID_POSITION, VK_RIGHT);
+        ASSERT_TRUE(until([] {
+            const std::vector<DrawnText> texts = DrawnTexts::take();
+            return std::any_of(texts.begin(), texts.end(), [](const DrawnText& each) {
+                return each.text.find(L"Planted") != std::wstring::npos &&
+                       each.colour == desktop::kSung;
+            });
+        }));
     }
 
     void resize(const Look& look) {
@@ -161,9 +178,9 @@ protected:
 };
 
 TEST_F(DesktopAppearance, Every_text_has_room_and_nothing_overlaps_at_any_size_and_scale) {
-    const DrawnTexts watching;
     startSong(L"daisy-bell.kar");
-    ASSERT_TRUE(until([] { return mm_GetTicks(mm_GetMM1()->hmo) > 8000; }));
+    goToWords();
+    const DrawnTexts watching;
     for (const SIZE size : {SIZE{800, 600}, SIZE{1920, 1080}}) {
         for (const int dpi : {96, 144}) {
             for (const bool mixer : {false, true}) {
@@ -197,7 +214,7 @@ TEST_F(DesktopAppearance, Full_screen_and_the_second_window_show_the_words_alone
         second = FindWindowW(L"KaraokeWordsWindow", nullptr);
         return second != nullptr;
     }));
-    ASSERT_TRUE(until([] { return mm_GetTicks(mm_GetMM1()->hmo) > 4000; }));
+    goToWords();
     savePicture(second, "desktop-words");
     EXPECT_EQ(visibleChildren(second).size(), 1u);
     SetFocus(control(ID_WORDS));

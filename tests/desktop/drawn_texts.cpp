@@ -19,7 +19,10 @@ Function* as(const void* address) {
 void note(HDC dc, const wchar_t* text, int length, const RECT& place) {
     SIZE size{};
     GetTextExtentPoint32W(dc, text, length, &size);
-    drawn.push_back({{text, static_cast<std::size_t>(length)}, place, size, GetTextColor(dc)});
+    RECT clip{};
+    GetClipBox(dc, &clip);
+    drawn.push_back(
+        {{text, static_cast<std::size_t>(length)}, place, size, GetTextColor(dc), clip.right});
 }
 
 int WINAPI drawTextAndNote(HDC dc, const wchar_t* text, int length, RECT* place, UINT format) {
@@ -29,11 +32,11 @@ int WINAPI drawTextAndNote(HDC dc, const wchar_t* text, int length, RECT* place,
     return as<decltype(DrawTextW)>(systemDrawText)(dc, text, length, place, format);
 }
 
-/// Drawn without a box: what is not clipped away is its place.
+/// Drawn without a box: the rest of the picture is its place.
 BOOL WINAPI textOutAndNote(HDC dc, int x, int y, const wchar_t* text, int length) {
-    RECT clip{};
-    GetClipBox(dc, &clip);
-    note(dc, text, length, {x, y, clip.right, clip.bottom});
+    BITMAP picture{};
+    GetObjectW(GetCurrentObject(dc, OBJ_BITMAP), sizeof picture, &picture);
+    note(dc, text, length, {x, y, picture.bmWidth, picture.bmHeight});
     return as<decltype(TextOutW)>(systemTextOut)(dc, x, y, text, length);
 }
 

@@ -11,6 +11,7 @@ struct DrawnText {
     RECT place;      ///< where it may be
     SIZE size;       ///< what it takes
     COLORREF colour; ///< of its letters
+    LONG shownUpTo;  ///< where drawing ends, to the right
 };
 
 /// Takes note of every text that this program draws from now on.

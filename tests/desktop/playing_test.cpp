@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "desktop/colours.h"
 #include "tests/desktop/desktop_test.h"
 #include "tests/desktop/drawn_texts.h"
 
@@ -270,13 +271,13 @@ TEST_F(DesktopPlaying, Words_take_their_colour_as_they_are_sung_and_lines_move_o
     ASSERT_TRUE(until([&] {
         for (const DrawnText& each : DrawnTexts::take()) {
             const bool words = each.text.find(L"word") != std::wstring::npos;
-            if (words && each.colour == RGB(255, 190, 40)) {
+            if (words && each.colour == desktop::kSung) {
                 if (current.empty() || current.back() != each.text) {
                     current.push_back(each.text);
                     widest = 0;
                 }
-                EXPECT_GE(each.place.right, widest) << "colour never goes back";
-                widest = std::max(widest, each.place.right);
+                EXPECT_GE(each.shownUpTo, widest) << "colour never goes back";
+                widest = std::max(widest, each.shownUpTo);
             }
         }
         return current.size() > 2;

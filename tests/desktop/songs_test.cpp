@@ -66,7 +66,9 @@ TEST_F(DesktopSongs, What_cannot_be_played_is_said_in_words_and_Esc_closes_them)
     EXPECT_TRUE(until([&] { return message().empty(); }));
 
     const std::wstring broken = (folder() / L"broken.mid").native();
-    CopyFileW(L"karaoke_desktop_tests.exe", broken.c_str(), FALSE);
+    wchar_t program[MAX_PATH] = L"";
+    GetModuleFileNameW(nullptr, program, MAX_PATH);
+    CopyFileW(program, broken.c_str(), FALSE);
     drop({broken});
     ASSERT_TRUE(until([&] { return message().find(L"broken.mid") != std::wstring::npos; }));
     // The next song plays, and the message goes.
