@@ -52,7 +52,7 @@ _karaoke() {
     elif [ "$command" = check-log ]; then
         _karaoke_files ''
     elif [ "$command" != devices ]; then
-        _karaoke_files 'mid|midi|kar|rmi'
+        _karaoke_files 'mid|midi|kar|rmi|smf'
     fi
 }
 
