@@ -329,6 +329,20 @@ class Lists(FileTest):
         listed = self.succeed("events", self.path("song.mid")).lines[1:]
         self.assertEqual(facts["events"], sum(not re.search(r" (lyric|chord|marker) ", line) for line in listed))
 
+    def test_check_log_finds_stuck_notes_and_what_is_no_log(self):
+        self.succeed("play", "--fast", "--midi-log", self.path("log"), self.file(basic_song()))
+        self.assertRegex(self.succeed("check-log", self.path("log")).out,
+                         r"\A\d+ messages, 0 malformed, 0 notes and pedals left\n\Z")
+        for text, wanted in (("0.0 93 3C 64\n1.0 B3 40 7F\n", "still sounding: output 0 channel 3: note 60"),
+                             ("0.0 90 3C\n", "line 1: no whole message"),
+                             ("0.0 F0 01\n", "line 1: exclusive without its end")):
+            with open(self.path("bad"), "w", encoding="ascii") as file:
+                file.write(text)
+            result = self.run_program("check-log", self.path("bad"))
+            self.assertEqual((result.code, result.err), (1, ""))
+            self.assertIn(wanted, result.out)
+        self.refuse(1, "is none of a MIDI log", "check-log", self.file(basic_song()))
+
 
 class Manual(FileTest):
     """The manual page and the completion tell the options that the program has."""
