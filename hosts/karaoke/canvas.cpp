@@ -23,12 +23,12 @@ int Canvas::put(int row, int column, std::string_view text, Style style) {
         if (inside) {
             std::vector<Cell>& cells = m_cells[static_cast<std::size_t>(row)];
             if (width == 0) {
-                cells[static_cast<std::size_t>(column - 1)].text += character;
+                cells[static_cast<std::size_t>(column) - 1].text += character;
             } else {
                 cells[static_cast<std::size_t>(column)] = {std::string(character), style};
             }
-            for (int second = 1; second < width; ++second) {
-                cells[static_cast<std::size_t>(column + second)] = {"", style};
+            for (int second = column + 1; second < column + width; ++second) {
+                cells[static_cast<std::size_t>(second)] = {"", style};
             }
         }
         column += width;

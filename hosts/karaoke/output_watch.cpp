@@ -10,8 +10,8 @@ namespace karaoke {
 
 namespace {
 
-constexpr std::uint64_t kBetweenLooks = 250 * 1000; ///< microseconds
-constexpr std::uint32_t kRefusalsOfLoss = 4; ///< a port that is merely full takes one of them
+constexpr std::uint64_t kBetweenLooks = 250'000; ///< microseconds
+constexpr std::uint32_t kRefusalsOfLoss = 4;     ///< a port that is merely full takes one of them
 
 } // namespace
 

@@ -36,8 +36,8 @@ public:
 private:
     using Action = void (PlayerKeys::*)(int amount);
     struct Binding {
-        Key key;
         Action action;
+        Key key;
         int amount;
     };
     static const Binding kBindings[];

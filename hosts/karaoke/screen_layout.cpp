@@ -19,8 +19,7 @@ constexpr int kWidestWords = 100; ///< columns; longer lines are hard to follow
 
 /// The first one that fits is shown.
 constexpr const char* kKeyLines[] = {
-    "space pause  ← → bar  ↑ ↓ tempo  + - key  a b loop  , . channel  m mute  s solo  v volume  "
-    "n next song  ? all keys  q quit",
+    "space pause  ← → bar  ↑ ↓ tempo  + - key  a b loop  , . channel  m mute  s solo  ? all keys",
     "space pause  ← → bar  ↑ ↓ tempo  + - key  a b loop  m mute  ? all keys",
     "space pause  ← → bar  ↑ ↓ tempo  + - key  ? all keys",
 };

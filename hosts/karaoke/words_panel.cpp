@@ -18,7 +18,7 @@ constexpr int kMostNext = 3;   ///< lines beneath the one that is sung
 class WordsPanel {
 public:
     WordsPanel(Canvas& canvas, const Rows& rows, const Desk& desk, const ShownWords& words)
-        : m_canvas(canvas), m_rows(rows), m_desk(desk), m_words(words),
+        : m_canvas(canvas), m_rows(rows), m_words(words),
           m_chords(desk.controls.song().chordCount() > 0),
           m_gap(rows.count >= kRoomyRows ? 2 : (rows.count >= kCalmRows ? 1 : 0)) {}
 
@@ -128,7 +128,6 @@ private:
 
     Canvas& m_canvas;
     Rows m_rows;
-    const Desk& m_desk;
     const ShownWords& m_words;
     bool m_chords;
     int m_gap;

@@ -104,7 +104,7 @@ fs::path makeFolder() {
     std::random_device random;
     const fs::path root = temporaryRoot();
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
-        const fs::path folder = root / ("corvmo32-" + std::to_string(random()));
+        fs::path folder = root / ("corvmo32-" + std::to_string(random()));
         if (fs::create_directory(folder)) {
             fs::permissions(folder, fs::perms::owner_all);
             return folder;
