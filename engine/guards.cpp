@@ -1,8 +1,6 @@
 // The host's lock, the busy flag and the guard of a player's long messages.
 #include "engine/guards.h"
 
-#include "engine/globals.h"
-
 namespace {
 
 constexpr DWORD kTickPatience = 2000; ///< milliseconds
@@ -13,10 +11,6 @@ std::atomic<bool> longMessageUnderWay[2];
 
 } // namespace
 
-bool engineRunning() noexcept {
-    return g_engineState.load() == EngineState::Running;
-}
-
 EngineLock::EngineLock() noexcept : m_lock(engineRunning() ? g_lock : nullptr) {
     if (m_lock == nullptr) {
         return;
@@ -25,12 +19,6 @@ EngineLock::EngineLock() noexcept : m_lock(engineRunning() ? g_lock : nullptr) {
     if (!engineRunning()) {
         LeaveCriticalSection(m_lock);
         m_lock = nullptr;
-    }
-}
-
-EngineLock::~EngineLock() {
-    if (m_lock != nullptr) {
-        LeaveCriticalSection(m_lock);
     }
 }
 
@@ -44,23 +32,13 @@ bool waitUntilIdle() noexcept {
     return false;
 }
 
-BusyClaim::BusyClaim(Wait wait) noexcept : m_held(false) {
-    do {
-        std::uint32_t idle = 0;
-        m_held =
-            engineRunning() && g_busy.compare_exchange_strong(idle, 1, std::memory_order_acq_rel);
-    } while (!m_held && wait == Wait::Yes && waitUntilIdle());
-}
-
-BusyClaim::~BusyClaim() {
-    release();
-}
-
-void BusyClaim::release() noexcept {
-    if (m_held) {
-        g_busy.store(0, std::memory_order_release);
-        m_held = false;
+bool BusyClaim::waitToClaim() noexcept {
+    while (waitUntilIdle()) {
+        if (claimIfIdle()) {
+            return true;
+        }
     }
+    return false;
 }
 
 TickInFlight::TickInFlight() noexcept {

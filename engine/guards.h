@@ -5,15 +5,22 @@
 #include <atomic>
 
 #include "corvmo32_records.h"
+#include "engine/globals.h"
 
 /// True between a successful start-up and shut-down. Any thread.
-bool engineRunning() noexcept;
+inline bool engineRunning() noexcept {
+    return g_engineState.load() == EngineState::Running;
+}
 
 /// Holds the host's lock.
 class EngineLock {
 public:
     EngineLock() noexcept;
-    ~EngineLock();
+    ~EngineLock() {
+        if (m_lock != nullptr) {
+            LeaveCriticalSection(m_lock);
+        }
+    }
     EngineLock(const EngineLock&) = delete;
     EngineLock& operator=(const EngineLock&) = delete;
     explicit operator bool() const noexcept {
@@ -33,8 +40,11 @@ public:
     enum class Wait : bool { No, Yes };
 
     /// Without waiting, comes up empty when the flag is set.
-    explicit BusyClaim(Wait wait = Wait::Yes) noexcept;
-    ~BusyClaim();
+    explicit BusyClaim(Wait wait = Wait::Yes) noexcept
+        : m_held(claimIfIdle() || (wait == Wait::Yes && waitToClaim())) {}
+    ~BusyClaim() {
+        release();
+    }
     BusyClaim(const BusyClaim&) = delete;
     BusyClaim& operator=(const BusyClaim&) = delete;
     explicit operator bool() const noexcept {
@@ -42,7 +52,12 @@ public:
     }
 
     /// Gives the flag back before the end of the scope.
-    void release() noexcept;
+    void release() noexcept {
+        if (m_held) {
+            g_busy.store(0, std::memory_order_release);
+            m_held = false;
+        }
+    }
 
     /// Leaves the flag set for good: only shut-down does.
     void keep() noexcept {
@@ -50,6 +65,14 @@ public:
     }
 
 private:
+    static bool claimIfIdle() noexcept {
+        std::uint32_t idle = 0;
+        return engineRunning() &&
+               g_busy.compare_exchange_strong(idle, 1, std::memory_order_acq_rel);
+    }
+    /// False when the engine does not run.
+    static bool waitToClaim() noexcept;
+
     bool m_held;
 };
 
