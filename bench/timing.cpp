@@ -57,16 +57,24 @@ std::string steadySong(int period, int periods) {
     return file + track;
 }
 
-/// By how many periods each moment lies behind the most punctual one.
+using Milliseconds = std::chrono::duration<double, std::milli>;
+
+/// When the first tick would have come, had it been as punctual as the most punctual one.
+Clock::time_point origin(const Moments& moments, int period) {
+    Clock::time_point earliest = moments.front();
+    for (std::size_t i = 0; i < moments.size(); ++i) {
+        earliest = std::min(earliest,
+                            moments[i] - std::chrono::milliseconds(period * static_cast<int>(i)));
+    }
+    return earliest;
+}
+
+/// Milliseconds by which each moment lies behind the most punctual one, sorted.
 std::vector<double> lateness(const Moments& moments, int period) {
+    const Clock::time_point start = origin(moments, period);
     std::vector<double> late;
     for (std::size_t i = 0; i < moments.size(); ++i) {
-        const std::chrono::duration<double, std::milli> since = moments[i] - moments.front();
-        late.push_back(since.count() - static_cast<double>(i) * period);
-    }
-    const double earliest = *std::min_element(late.begin(), late.end());
-    for (double& value : late) {
-        value -= earliest;
+        late.push_back(Milliseconds(moments[i] - start).count() - static_cast<double>(i) * period);
     }
     std::sort(late.begin(), late.end());
     return late;
@@ -127,7 +135,7 @@ void measure(int period, int seconds) {
         const double position = mm_GetTicks(player);
         LeaveCriticalSection(&lock);
         mm_StopSync(player);
-        const std::chrono::duration<double, std::milli> played = now - ticks.front();
+        const Milliseconds played = now - origin(ticks, period);
         const double expected = std::floor(played.count() / period) + 1;
         const double first = mm_GetMM(player)->events[1].time;
         report(period, ticks, bareMoments, expected, std::abs(position - first - (expected - 1)));
