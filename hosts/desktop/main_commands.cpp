@@ -332,7 +332,7 @@ void MainWindow::toggleMixer() {
 }
 
 void MainWindow::toggleFullScreen() {
-    if (m_wordsWindow && GetForegroundWindow() == m_wordsWindow->window()) {
+    if (m_wordsWindow && GetActiveWindow() == m_wordsWindow->window()) {
         m_wordsWindow->toggleFullScreen();
         return;
     }
@@ -358,7 +358,7 @@ void MainWindow::accept() {
 /// Esc.
 void MainWindow::dismiss() {
     if (m_wordsWindow && m_wordsWindow->fullScreen() &&
-        GetForegroundWindow() == m_wordsWindow->window()) {
+        GetActiveWindow() == m_wordsWindow->window()) {
         m_wordsWindow->toggleFullScreen();
     } else if (m_fullScreen.on()) {
         toggleFullScreen();

@@ -94,6 +94,7 @@ void WordsView::fit(Size place, const std::shared_ptr<const host::Song>& song) {
     for (const host::Line& part : m_parts) {
         m_lines.push_back(prepare(dc, part));
     }
+    m_follower.emplace(m_parts, m_song->timeline);
 }
 
 WordsView::DrawnLine WordsView::prepare(HDC dc, const host::Line& line) {
@@ -172,9 +173,7 @@ WordsPicture WordsView::pictureOf(const WordsMoment& moment) {
     if (m_lines.empty()) {
         return picture;
     }
-    m_follower.emplace(m_parts, m_song->timeline);
-    m_follower->lyric(moment.lyric);
-    m_follower->chord(moment.chord);
+    m_follower->jumpTo(moment.lyric, moment.chord);
     picture.hasLines = true;
     picture.line = m_follower->lineAt(moment.tick);
     picture.sung = sungWidth(m_lines[picture.line], m_parts[picture.line], moment.tick);

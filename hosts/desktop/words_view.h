@@ -85,7 +85,6 @@ private:
     std::vector<host::Line> m_parts; ///< the song's lines, wrapped
     std::vector<DrawnLine> m_lines;
     std::optional<host::LineFollower> m_follower;
-    int m_chordsBefore = -1;
     mutable std::map<int, Font> m_fonts;
 };
 

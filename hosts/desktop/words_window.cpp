@@ -49,6 +49,7 @@ LRESULT WordsWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
         }
         return 0;
     case WM_DROPFILES:
+    case WM_COMMAND:
         return SendMessageW(m_commands, message, wParam, lParam);
     case WM_CLOSE:
         PostMessageW(m_commands, WM_COMMAND, ID_WORDS_WINDOW, 0);

@@ -216,12 +216,22 @@ TEST_F(DesktopAppearance, Full_screen_and_the_second_window_show_the_words_alone
     }));
     goToWords();
     savePicture(second, "desktop-words");
-    EXPECT_EQ(visibleChildren(second).size(), 1u);
+    ASSERT_EQ(visibleChildren(second).size(), 1u);
+    const HWND words = visibleChildren(second).front();
+    RECT before{};
+    GetWindowRect(second, &before);
+    SetActiveWindow(second);
+    press(words, VK_F11);
+    EXPECT_EQ(desktop::clientSize(words).width, GetSystemMetrics(SM_CXSCREEN));
+    press(words, VK_ESCAPE);
+    RECT after{};
+    GetWindowRect(second, &after);
+    EXPECT_TRUE(EqualRect(&before, &after));
+    SetActiveWindow(main());
     SetFocus(control(ID_WORDS));
     press(ID_WORDS, VK_F2);
     EXPECT_EQ(FindWindowW(L"KaraokeWordsWindow", nullptr), nullptr);
 
-    RECT before{};
     GetWindowRect(main(), &before);
     press(ID_WORDS, VK_F11);
     RECT client{};
@@ -231,7 +241,6 @@ TEST_F(DesktopAppearance, Full_screen_and_the_second_window_show_the_words_alone
     EXPECT_EQ(visibleChildren(main()), std::vector<HWND>{control(ID_WORDS)});
     savePicture(main(), "desktop-full-screen");
     press(ID_WORDS, VK_ESCAPE);
-    RECT after{};
     GetWindowRect(main(), &after);
     EXPECT_TRUE(EqualRect(&before, &after));
     EXPECT_NE(GetMenu(main()), nullptr);

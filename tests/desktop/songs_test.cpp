@@ -1,6 +1,7 @@
 // Ways in which songs come into the program, and songs that cannot be played.
 #include <windows.h>
 
+#include <commdlg.h>
 #include <shellapi.h>
 #include <shlobj.h>
 
@@ -8,8 +9,29 @@
 #include <cwchar>
 
 #include "tests/desktop/desktop_test.h"
+#include "tests/support/import_table.h"
 
-using testing::Contains;
+namespace {
+
+/// What the next open dialog answers: a folder, names, each ended by a zero.
+std::wstring openAnswer;
+
+BOOL WINAPI answerOpenDialog(OPENFILENAMEW* question) {
+    openAnswer.copy(question->lpstrFile, question->nMaxFile);
+    return openAnswer.empty() ? FALSE : TRUE;
+}
+
+/// Chooses the second output as the first one in the dialog that is open, and closes it.
+void CALLBACK answerOutputs(HWND, UINT, UINT_PTR timer, DWORD) {
+    if (const HWND dialog = FindWindowW(nullptr, L"MIDI outputs")) {
+        KillTimer(nullptr, timer);
+        EXPECT_EQ(SendDlgItemMessageW(dialog, ID_FIRST_OUTPUT, CB_GETCOUNT, 0, 0), 3);
+        SendDlgItemMessageW(dialog, ID_FIRST_OUTPUT, CB_SETCURSEL, 2, 0);
+        PostMessageW(dialog, WM_COMMAND, IDOK, 0);
+    }
+}
+
+} // namespace
 
 class DesktopSongs : public DesktopTest {
 protected:
@@ -119,4 +141,36 @@ TEST_F(DesktopSongs, Another_encoding_shows_the_words_anew) {
         until([&] { return textOf(main()).starts_with(L"\x041F\x0435\x0441\x043D\x044F"); }));
     command(ID_ENCODING_FIRST + 2);
     EXPECT_TRUE(until([&] { return textOf(main()).starts_with(L"\x00CF"); }));
+}
+
+TEST_F(DesktopSongs, The_open_dialog_plays_the_first_song_chosen_and_lists_all) {
+    const void* const before = replaceImport(GetModuleHandleW(nullptr), "GetOpenFileNameW",
+                                             reinterpret_cast<const void*>(&answerOpenDialog));
+    start({});
+    song(L"a.mid", risingNotes(9, 3));
+    song(L"b.mid", risingNotes(9, 4));
+    openAnswer = folder().native() + L'\0' + L"b.mid" + L'\0' + L"a.mid" + L'\0' + L'\0';
+    command(ID_OPEN);
+    untilSent("0: 94 24");
+    EXPECT_THAT(listed(), testing::ElementsAre(L"b", L"a"));
+    openAnswer = (folder() / L"a.mid").native() + L'\0' + L'\0';
+    command(ID_ADD);
+    EXPECT_EQ(listed().size(), 3u);
+    openAnswer.clear();
+    command(ID_OPEN);
+    EXPECT_EQ(listed().size(), 3u);
+    replaceImport(GetModuleHandleW(nullptr), "GetOpenFileNameW", before);
+}
+
+TEST_F(DesktopSongs, A_song_goes_on_where_it_is_on_another_output_that_is_chosen) {
+    start({song(L"long.mid", risingNotes(80))});
+    untilSent("0: 90 28");
+    constexpr UINT kInterval = 50;
+    SetTimer(nullptr, 0, kInterval, answerOutputs);
+    command(ID_OUTPUTS);
+    untilSent("1: 90");
+    EXPECT_GE(keysOf(sent(), 1, 0).front(), 0x28);
+    close();
+    EXPECT_EQ(desktop::readProgramSettings(desktop::programSettingsFile()).outputs.first,
+              L"Test output 2");
 }
