@@ -41,7 +41,7 @@ void forgetPeak() {
 void loadEngine(benchmark::State& state, const SongShape& shape) {
     const std::string file = songFile(shape);
     const Engine engine;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         standClock(state);
         {
             const Measured measured(state);
@@ -58,7 +58,7 @@ void loadMemory(benchmark::State& state, const SongShape& shape) {
     const std::string file = songFile(shape);
     const auto bytes = static_cast<double>(fileSize(shape));
     const Engine engine;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         forgetPeak();
         const double before = memoryOf("VmRSS");
         engine.open(file);
@@ -72,7 +72,7 @@ void loadMemory(benchmark::State& state, const SongShape& shape) {
 
 void loadFluid(benchmark::State& state, const SongShape& shape) {
     const std::string file = songFile(shape);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         standClock(state);
         FluidPlayer player;
         player.add(file);
@@ -91,7 +91,7 @@ void loadFluid(benchmark::State& state, const SongShape& shape) {
 template <typename Open, typename Close>
 void loadWith(benchmark::State& state, const SongShape& shape, Open open, Close close) {
     const std::string file = songFile(shape);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         standClock(state);
         void* song = nullptr;
         {
@@ -113,7 +113,7 @@ void loadWild(benchmark::State& state, const SongShape& shape) {
 
 void loadMidicsv(benchmark::State& state, const SongShape& shape) {
     const std::string file = songFile(shape);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         state.SetIterationTime(runMidicsv(file));
     }
     perEvent(state, shape);

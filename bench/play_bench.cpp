@@ -18,7 +18,7 @@ constexpr double kMillisecondsPerSecond = 1000;
 void playBurst(benchmark::State& state) {
     const std::string file = songFile(kBurst);
     const Engine engine;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         standClock(state);
         engine.open(file);
         engine.start();
@@ -37,7 +37,7 @@ void playBurst(benchmark::State& state) {
 
 void fluidBurst(benchmark::State& state) {
     const std::string file = songFile(kBurst);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         standClock(state);
         FluidPlayer player;
         player.add(file);
@@ -57,7 +57,7 @@ void idleTicks(benchmark::State& state) {
     const std::string file = songFile({Kind::Burst, 1, 2});
     const Engine engine;
     engine.open(file);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         standClock(state);
         engine.start();
         Engine::tick();
@@ -78,7 +78,7 @@ void idleTicks(benchmark::State& state) {
 
 void lockPairs(benchmark::State& state) {
     Engine engine;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         standClock(state);
         {
             const Measured measured(state);
@@ -97,7 +97,7 @@ void playSong(benchmark::State& state) {
     const Engine engine;
     engine.open(file);
     double periods = 0;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         standClock(state);
         engine.start();
         periods = 0;
@@ -115,7 +115,7 @@ void playSong(benchmark::State& state) {
 void seekEngine(benchmark::State& state) {
     const std::string file = songFile(kSong);
     const Engine engine;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         standClock(state);
         engine.open(file);
         engine.start();
@@ -133,7 +133,7 @@ void seekEngine(benchmark::State& state) {
 
 void seekFluid(benchmark::State& state) {
     const std::string file = songFile(kSong);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         standClock(state);
         FluidPlayer player;
         player.add(file);

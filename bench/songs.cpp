@@ -75,16 +75,16 @@ private:
     void phrase() {
         m_phraseChannel = below(16);
         const int dice = below(1000);
-        if (dice < 890) {
+        if (dice < 806) {
             chord(1 + below(4));
-        } else if (dice < 935) {
+        } else if (dice < 858) {
             sweep(0xB0, 4 + below(8));
-        } else if (dice < 973) {
+        } else if (dice < 903) {
             sweep(0xE0, 4 + below(8));
         } else if (!m_conducts) {
             // Words and tempo stand in the first track.
             chord(1);
-        } else if (dice < 997) {
+        } else if (dice < 993) {
             add(m_time, kMeta, kLyric, below(26));
         } else {
             add(m_time, kMeta, kTempo, below(128));

@@ -11,7 +11,7 @@ namespace {
 template <typename Sort>
 void sortList(benchmark::State& state, const SongShape& shape, Sort sort) {
     const std::vector<MMEVENT> unsorted = makeList(shape);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         standClock(state);
         std::vector<MMEVENT> list = unsorted;
         {
