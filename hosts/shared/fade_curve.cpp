@@ -8,7 +8,6 @@ namespace host {
 
 namespace {
 
-constexpr std::int32_t kFullLevel = 102400;
 constexpr int kSegments = 5;
 constexpr int kSlopedSegments = 4;
 
@@ -38,10 +37,10 @@ private:
 
 static_assert(kSegments == 1 + kSlopedSegments);
 
-/// Four segments from one end of the level range to the other.
-void slopeAcross(CurvePen& pen, std::uint32_t milliseconds, int direction) {
-    const std::uint32_t gentle = kFullLevel / milliseconds;
-    const std::uint32_t steepTime = kFullLevel % milliseconds;
+/// Four segments across a range of levels.
+void slopeAcross(CurvePen& pen, std::uint32_t milliseconds, std::int32_t range, int direction) {
+    const std::uint32_t gentle = static_cast<std::uint32_t>(range) / milliseconds;
+    const std::uint32_t steepTime = static_cast<std::uint32_t>(range) % milliseconds;
     const std::uint32_t gentleTime = milliseconds - steepTime;
     const auto gentleSlope = static_cast<std::int32_t>(gentle) * direction;
     const std::array<std::uint32_t, 2> steep = {steepTime / 2, steepTime - steepTime / 2};
@@ -57,16 +56,16 @@ void slopeAcross(CurvePen& pen, std::uint32_t milliseconds, int direction) {
 MMFADE fadeIn(std::uint32_t milliseconds) {
     MMFADE fade{};
     CurvePen pen(fade, 0);
-    slopeAcross(pen, milliseconds, 1);
+    slopeAcross(pen, milliseconds, kFullLevel, 1);
     pen.segment(0, 0);
     return fade;
 }
 
-MMFADE fadeOut(std::uint32_t start, std::uint32_t milliseconds) {
+MMFADE fadeOut(std::uint32_t start, std::uint32_t milliseconds, std::int32_t level) {
     MMFADE fade{};
-    CurvePen pen(fade, kFullLevel);
+    CurvePen pen(fade, level);
     pen.segment(start, 0);
-    slopeAcross(pen, milliseconds, -1);
+    slopeAcross(pen, milliseconds, level, -1);
     return fade;
 }
 

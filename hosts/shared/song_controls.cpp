@@ -310,20 +310,24 @@ void SongControls::planFadeOut() {
     if (m_plan.fadeOut > 0) {
         const double left = m_song->seconds() - m_song->timeline.secondsAt(position());
         const double fading = std::min(m_plan.fadeOut, left);
-        startFadeOut(milliseconds(left - fading), milliseconds(fading));
+        // A position inside the fade is as soft as playing there would have made it.
+        const double whole = std::min(m_plan.fadeOut, m_song->seconds());
+        const double share = fading < whole ? fading / whole : 1;
+        startFadeOut(milliseconds(left - fading), milliseconds(fading),
+                     static_cast<std::int32_t>(share * kFullLevel));
     } else if (m_fading) {
-        startFadeOut(kNever, 1);
+        startFadeOut(kNever, 1, kFullLevel);
     }
     m_fading = false;
 }
 
 void SongControls::fadeOutNow(double seconds) {
-    startFadeOut(0, milliseconds(seconds));
+    startFadeOut(0, milliseconds(seconds), kFullLevel);
     m_fading = true;
 }
 
-void SongControls::startFadeOut(std::uint32_t start, std::uint32_t length) {
-    const MMFADE fade = fadeOut(start, std::max(length, 1u));
+void SongControls::startFadeOut(std::uint32_t start, std::uint32_t length, std::int32_t level) {
+    const MMFADE fade = fadeOut(start, std::max(length, 1u), level);
     mm_SetFadeOut(m_player, &fade);
 }
 

@@ -161,7 +161,7 @@ private:
     void goTo(std::uint32_t tick);
     void startFadeIn();
     void planFadeOut();
-    void startFadeOut(std::uint32_t start, std::uint32_t length);
+    void startFadeOut(std::uint32_t start, std::uint32_t length, std::int32_t level);
     void applyTempo();
     void followPractice();
 

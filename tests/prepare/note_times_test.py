@@ -258,5 +258,5 @@ class NoteTimes(unittest.TestCase):
 if __name__ == "__main__":
     TOOL = sys.argv[1]
     OWN_SONGS = songs_in(sys.argv[2])
-    SONGS = OWN_SONGS + (songs_in(os.environ["CORVMO_SONG_DIR"]) if "CORVMO_SONG_DIR" in os.environ else [])
+    SONGS = OWN_SONGS + (songs_in(os.environ["CORVMO_SONG_DIR"]) if os.environ.get("CORVMO_SONG_DIR") else [])
     unittest.main(argv=sys.argv[:1])

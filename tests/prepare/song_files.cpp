@@ -34,7 +34,8 @@ std::vector<std::string> ownSongFiles() {
 
 std::vector<std::string> songFiles() {
     std::vector<std::string> names = ownSongFiles();
-    if (const char* folder = std::getenv("CORVMO_SONG_DIR")) {
+    const char* const folder = std::getenv("CORVMO_SONG_DIR");
+    if (folder != nullptr && *folder != '\0') {
         addSongs(folder, names);
     }
     return names;

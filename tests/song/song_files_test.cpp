@@ -128,7 +128,8 @@ protected:
 TEST_F(SongFiles, Every_song_loads_with_all_its_events_in_time_order) {
     std::vector<fs::path> songs = songsBelow(fs::path(CORVMO_SOURCE_DIR) / "songs");
     EXPECT_FALSE(songs.empty());
-    if (const char* const folder = std::getenv("CORVMO_SONG_DIR")) {
+    const char* const folder = std::getenv("CORVMO_SONG_DIR");
+    if (folder != nullptr && *folder != '\0') {
         const std::vector<fs::path> more = songsBelow(folder);
         EXPECT_FALSE(more.empty()) << folder;
         songs.insert(songs.end(), more.begin(), more.end());
