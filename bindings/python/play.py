@@ -83,12 +83,12 @@ def play(engine, window, player, encoding):
 def main():
     options = argparse.ArgumentParser(description="Plays a song and prints its words.")
     options.add_argument("song")
-    options.add_argument("--library", help="path of the library")
+    options.add_argument("--library", dest="engine", help="path of the library")
     options.add_argument("--encoding", default="cp1252", help="of the words (default: %(default)s)")
     options.add_argument("--device", type=int, default=0, help="MIDI output (default: %(default)s)")
     chosen = options.parse_args()
 
-    engine = corvmo32.load(chosen.library)
+    engine = corvmo32.load(chosen.engine)
     window = (WindowsWindow if sys.platform == "win32" else LinuxWindow)(engine)
     lock = corvmo32.HostLock(engine)
     player, second = HMIDIOUT(), HMIDIOUT()
