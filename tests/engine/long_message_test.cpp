@@ -56,14 +56,14 @@ TEST_F(LongMessage, Waits_until_the_output_has_taken_it_and_gives_up_when_it_can
 
 TEST_F(LongMessage, Without_a_buffer_or_header_is_not_sent) {
     start();
-    const auto expectNothingSent = [this](auto& field) {
-        const auto before = field;
-        field = nullptr;
-        EXPECT_THAT(sendThrough(mm1, {0xF0, 1, 0xF7}), IsEmpty());
-        field = before;
-    };
-    expectNothingSent(MM1.longBuffer);
-    expectNothingSent(MM1.longHeader);
+    std::uint8_t* const buffer = MM1.longBuffer;
+    MM1.longBuffer = nullptr;
+    EXPECT_THAT(sendThrough(mm1, {0xF0, 1, 0xF7}), IsEmpty());
+    MM1.longBuffer = buffer;
+    MIDIHDR* const header = MM1.longHeader;
+    MM1.longHeader = nullptr;
+    EXPECT_THAT(sendThrough(mm1, {0xF0, 1, 0xF7}), IsEmpty());
+    MM1.longHeader = header;
 }
 
 TEST_F(LongMessage, Of_an_unknown_handle_goes_to_player_2s_output_and_not_to_the_handle) {
