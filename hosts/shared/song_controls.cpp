@@ -154,6 +154,7 @@ void SongControls::setUp() {
         m_mixer.complete(m_settings);
     }
     startFadeIn();
+    m_fadeSeconds = std::min(m_plan.fadeOut, secondsLeft());
     planFadeOut();
 }
 
@@ -305,14 +306,17 @@ void SongControls::startFadeIn() {
     }
 }
 
+double SongControls::secondsLeft() const {
+    return m_song->seconds() - m_song->timeline.secondsAt(position());
+}
+
 /// The fade at the song's end in the place of any other. A fade's time runs while the song plays.
 void SongControls::planFadeOut() {
     if (m_plan.fadeOut > 0) {
-        const double left = m_song->seconds() - m_song->timeline.secondsAt(position());
+        const double left = secondsLeft();
         const double fading = std::min(m_plan.fadeOut, left);
         // A position inside the fade is as soft as playing there would have made it.
-        const double whole = std::min(m_plan.fadeOut, m_song->seconds());
-        const double share = fading < whole ? fading / whole : 1;
+        const double share = fading < m_fadeSeconds ? fading / m_fadeSeconds : 1;
         startFadeOut(milliseconds(left - fading), milliseconds(fading),
                      static_cast<std::int32_t>(share * kFullLevel));
     } else if (m_fading) {

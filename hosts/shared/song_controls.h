@@ -160,6 +160,7 @@ private:
     void installRanges();
     void goTo(std::uint32_t tick);
     void startFadeIn();
+    double secondsLeft() const;
     void planFadeOut();
     void startFadeOut(std::uint32_t start, std::uint32_t length, std::int32_t level);
     void applyTempo();
@@ -179,6 +180,7 @@ private:
     bool m_playing = false;
     bool m_ended = false;
     bool m_fading = false;
+    double m_fadeSeconds = 0; ///< length of the fade at the song's end
     bool m_metronome = false;
 };
 
