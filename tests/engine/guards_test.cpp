@@ -135,4 +135,5 @@ TEST_F(Guards, Calls_that_wait_while_the_engine_is_shut_down_do_nothing) {
         EXPECT_THAT(sent(), ::testing::IsEmpty());
         EXPECT_EQ(g_busy, 1u);
     }
+    start(); // so that the song is closed
 }

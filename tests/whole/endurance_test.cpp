@@ -63,6 +63,7 @@ TEST_F(Endurance, A_song_ends_at_the_last_tick_that_there_is) {
         ticks(2);
         EXPECT_EQ(posted(MMN_END).size(), 1U) << end;
         EXPECT_EQ(+MM1.playing, 0);
+        mm_Close(mm1);
         mm_EndEngine();
     }
 }
