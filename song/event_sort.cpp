@@ -3,6 +3,7 @@
 // range would move them.
 #include <algorithm>
 #include <bit>
+#include <cstddef>
 #include <cstring>
 #include <limits>
 #include <utility>
@@ -18,23 +19,22 @@ constexpr int kMaxPending = 32; ///< the larger half is the one deferred, so 30 
 using Mask = std::uintptr_t;
 constexpr std::ptrdiff_t kBlock = std::numeric_limits<Mask>::digits;
 
-/// Records that are compared at once: a loop of fixed length is what compilers make vector instructions of.
-constexpr std::ptrdiff_t kStep = 16;
+/// The same number of four records. Compilers make one instruction of an operation on the four where the
+/// processor has such, and four instructions where it has not.
+using Four __attribute__((vector_size(16))) = std::uint32_t;
 
-static_assert(std::endian::native == std::endian::little,
-              "the first flag of eight is the lowest byte");
+constexpr std::ptrdiff_t kStep = 8;   ///< records that are compared at once
+constexpr std::ptrdiff_t kGroup = 32; ///< records for whose bits there is room in a number
 
-/// How eight flags come to lie in the eight bits of a mask: a factor that gathers the low bits of eight
-/// bytes in the top byte of the product.
-enum class FirstFlag : std::uint64_t {
-    LowestBit = 0x0102040810204080,
-    HighestBit = 0x8040201008040201
-};
+static_assert(sizeof(MMEVENT) == 8 && offsetof(MMEVENT, time) == 4,
+              "timesOf takes every second number");
 
-Mask gatherEight(const std::uint8_t* flags, FirstFlag order) noexcept {
-    std::uint64_t eight = 0;
-    std::memcpy(&eight, flags, sizeof eight);
-    return static_cast<Mask>(eight * static_cast<std::uint64_t>(order) >> 56);
+Four timesOf(const MMEVENT* events) noexcept {
+    Four firstTwo;
+    Four lastTwo;
+    std::memcpy(&firstTwo, events, sizeof firstTwo);
+    std::memcpy(&lastTwo, events + 2, sizeof lastTwo);
+    return __builtin_shufflevector(firstTwo, lastTwo, 1, 3, 5, 7);
 }
 
 constexpr Mask lowBits(std::ptrdiff_t count) noexcept {
@@ -43,6 +43,22 @@ constexpr Mask lowBits(std::ptrdiff_t count) noexcept {
 
 constexpr std::ptrdiff_t wholeSteps(std::ptrdiff_t count) noexcept {
     return (count + kStep - 1) / kStep * kStep;
+}
+
+/// `compareStep` compares the eight records from the step's number on and has a bit for each, in any of its
+/// four numbers; the mask has them all.
+template <typename CompareStep>
+Mask compareSteps(std::ptrdiff_t count, const CompareStep& compareStep) noexcept {
+    Mask mask = 0;
+    for (std::ptrdiff_t group = 0; group < count; group += kGroup) {
+        Four found = {0, 0, 0, 0};
+        const std::ptrdiff_t groupCount = std::min(count - group, kGroup);
+        for (std::ptrdiff_t step = 0; step < groupCount; step += kStep) {
+            found |= compareStep(group + step) << static_cast<std::uint32_t>(step);
+        }
+        mask |= Mask{found[0] | found[1] | found[2] | found[3]} << group;
+    }
+    return mask & lowBits(count);
 }
 
 /// Compares stretches of up to a block with the pivot: whole steps where the list goes on far enough,
@@ -54,46 +70,41 @@ public:
 
     /// Bit k: begin[k] is later than the pivot.
     Mask later(const MMEVENT* begin, std::ptrdiff_t count) const noexcept {
-        Mask mask = 0;
         if (m_listEnd - begin < wholeSteps(count)) {
+            Mask mask = 0;
             for (std::ptrdiff_t k = 0; k < count; ++k) {
                 mask |= Mask{begin[k].time > m_pivot} << k;
             }
             return mask;
         }
-        for (std::ptrdiff_t step = 0; step < count; step += kStep) {
-            std::uint8_t flags[kStep];
-            for (std::ptrdiff_t k = 0; k < kStep; ++k) {
-                flags[k] = begin[step + k].time > m_pivot;
-            }
-            mask |= gatherEight(flags, FirstFlag::LowestBit) << step;
-            mask |= gatherEight(flags + 8, FirstFlag::LowestBit) << (step + 8);
-        }
-        return mask & lowBits(count);
+        return compareSteps(count, [begin, pivot = fourPivots()](std::ptrdiff_t step) {
+            const MMEVENT* const events = begin + step;
+            return ((timesOf(events) > pivot) & Four{1, 2, 4, 8}) |
+                   ((timesOf(events + 4) > pivot) & Four{16, 32, 64, 128});
+        });
     }
 
     /// Bit k: end[-1 - k] is earlier than the pivot.
     Mask earlier(const MMEVENT* end, std::ptrdiff_t count) const noexcept {
-        Mask mask = 0;
         if (end - m_listBegin < wholeSteps(count)) {
+            Mask mask = 0;
             for (std::ptrdiff_t k = 0; k < count; ++k) {
                 mask |= Mask{end[-1 - k].time < m_pivot} << k;
             }
             return mask;
         }
-        for (std::ptrdiff_t step = 0; step < count; step += kStep) {
-            const MMEVENT* const begin = end - step - kStep;
-            std::uint8_t flags[kStep];
-            for (std::ptrdiff_t k = 0; k < kStep; ++k) {
-                flags[k] = begin[k].time < m_pivot;
-            }
-            mask |= gatherEight(flags + 8, FirstFlag::HighestBit) << step;
-            mask |= gatherEight(flags, FirstFlag::HighestBit) << (step + 8);
-        }
-        return mask & lowBits(count);
+        return compareSteps(count, [end, pivot = fourPivots()](std::ptrdiff_t step) {
+            const MMEVENT* const events = end - step - kStep;
+            return ((timesOf(events) < pivot) & Four{128, 64, 32, 16}) |
+                   ((timesOf(events + 4) < pivot) & Four{8, 4, 2, 1});
+        });
     }
 
 private:
+    Four fourPivots() const noexcept {
+        return Four{m_pivot, m_pivot, m_pivot, m_pivot};
+    }
+
     const MMEVENT* m_listBegin;
     const MMEVENT* m_listEnd;
     std::uint32_t m_pivot;
