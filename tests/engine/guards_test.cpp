@@ -137,3 +137,25 @@ TEST_F(Guards, Calls_that_wait_while_the_engine_is_shut_down_do_nothing) {
     }
     start(); // so that the song is closed
 }
+
+TEST_F(Guards, A_song_that_is_being_opened_while_the_engine_is_shut_down_is_given_up) {
+    constexpr int kFirstCapacity = 32768; ///< events
+    SongBuilder song;
+    TrackBuilder& track = song.track();
+    for (int i = 0; i <= kFirstCapacity; ++i) {
+        track.noteOn(0, 60);
+    }
+    start();
+    EnterCriticalSection(&lock);
+    std::int16_t opened = 1;
+    std::thread caller([&] { opened = open(song); });
+    while (mm_GetNumEvents(mm1) < kFirstCapacity) {
+        std::this_thread::yield();
+    }
+    mm_EndEngine();
+    LeaveCriticalSection(&lock);
+    caller.join();
+    EXPECT_EQ(opened, 0);
+    start();
+    EXPECT_EQ(open(song), 1);
+}

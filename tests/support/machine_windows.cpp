@@ -22,7 +22,7 @@ std::array<std::unique_ptr<OutputDouble>, machine::kMaxOutputs> doubles;
 UINT outputCount = 0;
 std::mutex logMutex;
 std::vector<Sent> sentLog;
-std::uint64_t passed = 0; ///< microseconds of periods let pass
+std::atomic<std::uint64_t> passed{0}; ///< microseconds of periods let pass
 bool realTime = false;
 LPTIMECALLBACK engineCallback = nullptr;
 HWND testWindow = nullptr;
