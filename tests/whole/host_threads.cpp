@@ -7,7 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/support/engine_test.h"
 #include "tests/whole/random_song.h"
 
 namespace {
@@ -53,7 +52,7 @@ constexpr Call kBesideTicks[] = {
         mm_Reset(player);
     },
     [](HMIDIOUT player, std::int16_t, std::int16_t value) {
-        mm_SetOptions(player, value & kAllOptions);
+        mm_SetOptions(player, static_cast<std::uint32_t>(value));
         mm_SetWindow(mm_GetWindow());
         mm_SetNumLyrics(player, value);
         mm_SetNumChords(player, value);
