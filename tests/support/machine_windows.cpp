@@ -98,7 +98,7 @@ MMRESULT WINAPI closeOutput(HMIDIOUT device) {
 
 MMRESULT WINAPI resetOutput(HMIDIOUT device) {
     const int index = indexOf(device);
-    if (index < 0) {
+    if (index < 0 || fails("midiOutReset")) {
         return MMSYSERR_INVALHANDLE;
     }
     ++machine::output(index).resets;
@@ -118,7 +118,7 @@ std::size_t shortLength(DWORD message) {
 
 MMRESULT WINAPI shortMessage(HMIDIOUT device, DWORD message) {
     const int index = indexOf(device);
-    if (index < 0) {
+    if (index < 0 || fails("midiOutShortMsg")) {
         return MMSYSERR_INVALHANDLE;
     }
     record(index, &message, shortLength(message));
@@ -140,7 +140,7 @@ MMRESULT WINAPI prepareHeader(HMIDIOUT device, MIDIHDR* header, UINT) {
 
 MMRESULT WINAPI longMessage(HMIDIOUT device, MIDIHDR* header, UINT) {
     const int index = indexOf(device);
-    if (index < 0) {
+    if (index < 0 || fails("midiOutLongMsg")) {
         return MMSYSERR_INVALHANDLE;
     }
     if ((header->dwFlags & MHDR_PREPARED) == 0) {
@@ -155,6 +155,9 @@ MMRESULT WINAPI longMessage(HMIDIOUT device, MIDIHDR* header, UINT) {
 MMRESULT WINAPI unprepareHeader(HMIDIOUT device, MIDIHDR* header, UINT) {
     const int index = indexOf(device);
     if (index < 0) {
+        return MMSYSERR_INVALHANDLE;
+    }
+    if (fails("midiOutUnprepareHeader")) {
         return MMSYSERR_INVALHANDLE;
     }
     OutputDouble& output = machine::output(index);

@@ -3,11 +3,15 @@
 
 namespace {
 
-constexpr const char* kFunctions[] = {"GlobalAlloc",  "GlobalLock",          "GlobalReAlloc",
-                                      "CreateFileA",  "GetFileSize",         "ReadFile",
-                                      "timeSetEvent", "timeGetDevCaps",      "timeBeginPeriod",
-                                      "midiOutOpen",  "midiOutPrepareHeader"};
-constexpr int kEndless = 100000; ///< calls of one function that a run never makes
+/// Those that give something back are not among them: what the system keeps nobody can free.
+constexpr const char* kFunctions[] = {
+    "GlobalAlloc",           "GlobalLock",           "GlobalReAlloc",
+    "CreateFileA",           "GetFileSize",          "ReadFile",
+    "timeSetEvent",          "timeGetDevCaps",       "timeBeginPeriod",
+    "timeEndPeriod",         "midiOutOpen",          "midiOutReset",
+    "midiOutShortMsg",       "midiOutPrepareHeader", "midiOutLongMsg",
+    "midiOutUnprepareHeader"};
+constexpr int kMostCalls = 40; ///< of one function; after so many they are all alike
 
 /// Words, a long message with a block of its own, an event list that has to grow, and something to play.
 SongBuilder demandingSong() {
@@ -71,9 +75,10 @@ protected:
 
 TEST_F(FailingSystem, Is_reported_leaks_nothing_and_the_next_run_works) {
     const std::vector<std::string> unharmed = liveUnharmed();
+    int faults = 0;
     for (const char* const function : kFunctions) {
         int call = 1;
-        for (; call < kEndless; ++call) {
+        for (; call <= kMostCalls; ++call) {
             SCOPED_TRACE(function + (" " + std::to_string(call)));
             machine::failCall(function, call);
             const bool works = live();
@@ -89,7 +94,9 @@ TEST_F(FailingSystem, Is_reported_leaks_nothing_and_the_next_run_works) {
             ASSERT_EQ(liveUnharmed(), unharmed);
         }
         EXPECT_GT(call, 1) << function << " was never called";
+        faults += call - 1;
     }
+    RecordProperty("faults", faults);
 }
 
 TEST_F(FailingSystem, Outputs_that_refuse_every_message_hold_nothing_up) {
