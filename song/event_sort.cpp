@@ -50,7 +50,7 @@ constexpr std::ptrdiff_t wholeSteps(std::ptrdiff_t count) noexcept {
 template <typename CompareStep>
 Mask compareSteps(std::ptrdiff_t count, const CompareStep& compareStep) noexcept {
     Mask mask = 0;
-    for (std::ptrdiff_t group = 0; group < count; group += kGroup) {
+    for (std::ptrdiff_t group = 0; group < kBlock && group < count; group += kGroup) {
         Four found = {0, 0, 0, 0};
         const std::ptrdiff_t groupCount = std::min(count - group, kGroup);
         for (std::ptrdiff_t step = 0; step < groupCount; step += kStep) {
