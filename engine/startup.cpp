@@ -6,6 +6,7 @@
 #include "engine/global_block.h"
 #include "engine/globals.h"
 #include "engine/guards.h"
+#include "engine/players.h"
 
 namespace {
 
@@ -43,8 +44,8 @@ void bindPlayers(const MMINIT& settings) noexcept {
     MM2.hmo = secondPlayer ? deviceAt(settings.deviceIndex2) : nullptr;
     MM1.mode = settings.mode1;
     MM2.mode = settings.mode2;
-    MM1.playing = 0;
-    MM2.playing = 0;
+    setPlaying(MM1, false);
+    setPlaying(MM2, false);
     g_busy.store(0);
 }
 
@@ -197,8 +198,8 @@ void CORVMO_CALL mm_EndEngine(void) {
     }
     CRITICAL_SECTION* const lock = g_lock;
     claimForGood();
-    MM1.playing = 0;
-    MM2.playing = 0;
+    setPlaying(MM1, false);
+    setPlaying(MM2, false);
     closeDevices();
     stopTimer();
     freeLongStorage(MM1, ownedBlocks[0]);

@@ -1,5 +1,6 @@
 // The play ranges as the tick follows them: repeats, jumps and the end of the song.
 #include "engine/notifications.h"
+#include "engine/players.h"
 #include "sequencer/sequencer.h"
 
 namespace {
@@ -24,7 +25,7 @@ void repeatRange(MIDIOUT& player) noexcept {
 }
 
 void endSong(MIDIOUT& player) noexcept {
-    player.playing = 0;
+    setPlaying(player, false);
     allNotesOff(player);
     post(MMN_END, reinterpret_cast<WPARAM>(player.hmo), 0);
 }

@@ -3,13 +3,10 @@
 #include "engine/globals.h"
 #include "engine/guards.h"
 #include "engine/notifications.h"
+#include "engine/players.h"
 #include "sequencer/sequencer.h"
 
 namespace {
-
-bool isPlaying(const MIDIOUT& player) noexcept {
-    return loadShared<std::int16_t>(&player.playing) != 0;
-}
 
 void announceLyric(MIDIOUT& player) noexcept {
     if (player.lyricIndex < loadShared<std::int16_t>(&player.lyricCount) &&

@@ -354,7 +354,7 @@ bool loadFile(MIDIOUT& player, const Request& request) noexcept {
 }
 
 bool openSong(MIDIOUT& player, const Request& request) noexcept {
-    storeShared<std::int16_t>(&player.playing, 0);
+    setPlaying(player, false);
     storeShared<std::uint32_t>(&player.options, request.options);
     player.endOnBeat = request.endOnBeat;
     g_noResetArg.store(request.noReset);

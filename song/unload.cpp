@@ -6,6 +6,7 @@
 #include "engine/globals.h"
 #include "engine/guards.h"
 #include "engine/output.h"
+#include "engine/players.h"
 #include "engine/shared_field.h"
 #include "song/song.h"
 
@@ -67,7 +68,7 @@ void unloadSong(MIDIOUT& player) noexcept {
     if (!claim) {
         return;
     }
-    player.playing = 0;
+    setPlaying(player, false);
     freeSong(player);
     MIDIOUT before{};
     copyRoutes(before, player);

@@ -125,7 +125,7 @@ void CORVMO_CALL mm_RewindSync(HMIDIOUT handle) {
     if (!claim) {
         return;
     }
-    player.playing = 0;
+    setPlaying(player, false);
     rewindCursors(player);
     postRewind(player);
 }

@@ -19,7 +19,7 @@ void start(MIDIOUT& player) noexcept {
     }
     storeClockStep(player);
     player.tickRemainder = 0;
-    player.playing = 1;
+    setPlaying(player, true);
 }
 
 } // namespace
@@ -39,7 +39,7 @@ void CORVMO_CALL mm_StopSync(HMIDIOUT handle) {
     if (!claim) {
         return;
     }
-    player.playing = 0;
+    setPlaying(player, false);
     silenceAllChannels(player);
 }
 
@@ -49,7 +49,7 @@ void CORVMO_CALL mm_PauseSync(HMIDIOUT handle) {
     if (!waitUntilIdle()) {
         return;
     }
-    player.playing = 0;
+    setPlaying(player, false);
     silenceAllChannels(player);
 }
 
