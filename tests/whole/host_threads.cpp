@@ -104,6 +104,22 @@ void callAny(const Call (&calls)[Count], std::mt19937& random, HMIDIOUT player) 
 
 } // namespace
 
+SongBuilder messageEveryTick(int kind, int ticks) {
+    constexpr int kDivision = 500;
+    SongBuilder song(kDivision);
+    TrackBuilder& track = song.track();
+    for (int tick = 0; tick < ticks; ++tick) {
+        track.at(static_cast<std::uint32_t>(tick)).event({kind, tick >> 7, tick & 0x7F});
+        track.event({(tick & 1) == 0 ? 0x91 : 0x81, 60 + tick / 2 % 12, 100});
+    }
+    return song;
+}
+
+unsigned nextSeed() {
+    static std::atomic<unsigned> rounds{0};
+    return ++rounds;
+}
+
 void callBesideTicks(std::mt19937& random, HMIDIOUT player) {
     callAny(kBesideTicks, random, player);
 }

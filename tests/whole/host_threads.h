@@ -7,6 +7,14 @@
 #include <thread>
 
 #include "corvmo32.h"
+#include "tests/support/song_builder.h"
+
+/// A message of a kind with a running number at every tick, beside notes. At 1 ms periods and the usual tempo a
+/// period is a tick.
+SongBuilder messageEveryTick(int kind, int ticks);
+
+/// Another one for each thread and round.
+unsigned nextSeed();
 
 /// A call that may come at any time and leaves the position of a playing song alone. None of these sets the
 /// busy flag outside the lock, so that none makes a tick pass unserved.

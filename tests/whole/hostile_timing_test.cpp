@@ -15,30 +15,14 @@ using ::testing::IsEmpty;
 namespace {
 
 constexpr std::uint32_t kPeriods = 1500;
-constexpr int kDivision = 500; ///< at 1 ms periods and the usual tempo a period is a tick
+constexpr int kSongTicks = 2 * static_cast<int>(kPeriods);
 constexpr int kSlowMessages = 100;
-
-/// A message of a kind with a running number at every tick, beside notes. The song is longer than the test.
-SongBuilder aMessageEveryTick(int kind) {
-    SongBuilder song(kDivision);
-    TrackBuilder& track = song.track();
-    for (int tick = 0; tick < 2 * static_cast<int>(kPeriods); ++tick) {
-        track.at(static_cast<std::uint32_t>(tick)).event({kind, tick >> 7, tick & 0x7F});
-        track.event({(tick & 1) == 0 ? 0x91 : 0x81, 60 + tick / 2 % 12, 100});
-    }
-    return song;
-}
 
 void delaySomeMessages() {
     static std::atomic<int> messages{0};
     if (++messages % kSlowMessages == 0) {
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
-}
-
-unsigned nextSeed() {
-    static std::atomic<unsigned> rounds{0};
-    return ++rounds;
 }
 
 } // namespace
@@ -53,7 +37,7 @@ protected:
     void playAgainst(const std::vector<std::function<void(std::mt19937&)>>& calls) {
         const Watchdog watchdog;
         start();
-        play(aMessageEveryTick(0xA0));
+        play(messageEveryTick(0xA0, kSongTicks));
         for (int i = 0; i < outputs; ++i) {
             machine::output(i).onMessage = delaySomeMessages;
         }
@@ -101,7 +85,7 @@ private:
 };
 
 TEST_F(HostileTiming, No_period_is_lost_to_calls_that_hold_the_lock) {
-    const std::string other = aMessageEveryTick(0xE0).write();
+    const std::string other = messageEveryTick(0xE0, kSongTicks).write();
     playAgainst({[this](std::mt19937& random) { callBesideTicks(random, mm1); },
                  [this](std::mt19937&) {
                      EnterCriticalSection(&lock);
@@ -117,7 +101,7 @@ TEST_F(HostileTiming, No_period_is_lost_to_calls_that_hold_the_lock) {
 }
 
 TEST_F(HostileTiming, A_period_that_falls_into_a_setting_is_lost_whole) {
-    const std::string other = aMessageEveryTick(0xE0).write();
+    const std::string other = messageEveryTick(0xE0, kSongTicks).write();
     playAgainst({[this](std::mt19937& random) { changeSetting(random, mm1); },
                  [this](std::mt19937& random) { callBesideTicks(random, mm1); },
                  [this](std::mt19937& random) { changeSetting(random, mm2); },

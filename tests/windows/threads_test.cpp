@@ -12,19 +12,8 @@ using ::testing::IsEmpty;
 
 namespace {
 
-constexpr std::uint32_t kTicks = 2000; ///< that are played of a song of twice as many
-constexpr int kDivision = 500;         ///< at 1 ms periods and the usual tempo a period is a tick
-
-/// A message of a kind with a running number at every tick, beside notes.
-SongBuilder numbered(int kind) {
-    SongBuilder song(kDivision);
-    TrackBuilder& track = song.track();
-    for (int tick = 0; tick < 2 * static_cast<int>(kTicks); ++tick) {
-        track.at(static_cast<std::uint32_t>(tick)).event({kind, tick >> 7, tick & 0x7F});
-        track.event({(tick & 1) == 0 ? 0x91 : 0x81, 60 + tick / 2 % 12, 100});
-    }
-    return song;
-}
+constexpr std::uint32_t kTicks = 2000; ///< that are played
+constexpr int kSongTicks = 2 * static_cast<int>(kTicks);
 
 void delaySomeMessages() {
     constexpr int kSlowMessages = 150;
@@ -32,11 +21,6 @@ void delaySomeMessages() {
     if (++messages % kSlowMessages == 0) {
         Sleep(5);
     }
-}
-
-unsigned nextSeed() {
-    static std::atomic<unsigned> rounds{0};
-    return ++rounds;
 }
 
 } // namespace
@@ -71,8 +55,8 @@ protected:
 
 TEST_F(DllThreads, A_song_plays_whole_while_everything_is_called_and_another_comes_and_goes) {
     const Watchdog watchdog;
-    const std::string other = numbered(0xE0).write();
-    play(mm1, numbered(0xA0));
+    const std::string other = messageEveryTick(0xE0, kSongTicks).write();
+    play(mm1, messageEveryTick(0xA0, kSongTicks));
     std::atomic<bool> over{false};
     std::thread disturbing([this, &over] { disturb(over); });
     std::thread playing([this, &over, &other] {
